@@ -1,0 +1,79 @@
+#include "VelmoraWidget/AccessToken.hpp"
+
+#include <map>
+
+#include "VelmoraWidget/OAuthConfig.hpp"
+#include "VelmoraWidget/RequestTimeout.hpp"
+#include "VelmoraWidget/SharedKeychain.hpp"
+#include "platform/foundation/http.hpp"
+#include "platform/foundation/json.hpp"
+#include "platform/foundation/localized_strings.hpp"
+#include "platform/foundation/url.hpp"
+
+namespace velmora {
+
+namespace {
+
+std::string formEncodedBody(const std::map<std::string, std::string>& fields) {
+  std::string body;
+  for (const auto& [name, value] : fields)
+    body += (body.empty() ? "" : "&") + name + "=" + percentEncodeValue(value);
+  return body;
+}
+
+TokenResponse decodeTokenResponse(std::string_view body) {
+  const platform::JsonDecoder object(body);
+  return {.access_token = object.optionalString("access_token"),
+          .refresh_token = object.optionalString("refresh_token"),
+          .expires_in = object.optionalInteger("expires_in"),
+          .error = object.optionalString("error"),
+          .error_description = object.optionalString("error_description")};
+}
+
+}  // namespace
+
+OAuthError::OAuthError(Case errorCase, std::string description)
+    : kind(errorCase), description_(std::move(description)) {}
+
+OAuthError OAuthError::token(const std::string& message) {
+  return {Case::token, platform::localizedFormat("Authentication error: %s", {message})};
+}
+
+OAuthError OAuthError::missingConfig() {
+  return {Case::missingConfig,
+          platform::localizedString("OAuth configuration not found (client_secret.json missing).")};
+}
+
+OAuthError OAuthError::noRefreshToken() {
+  return {Case::noRefreshToken, platform::localizedString("Not connected to Google.")};
+}
+
+std::string percentEncodeValue(std::string_view value) {
+  return platform::percentEncoded(value, unreservedCharacters);
+}
+
+std::string accessTokenFrom(std::string_view body) {
+  const auto answer = decodeTokenResponse(body);
+  if (answer.error) throw OAuthError::token(answer.error_description.value_or(*answer.error));
+  if (!answer.access_token) throw OAuthError::token("response without access_token");
+  return *answer.access_token;
+}
+
+std::string refreshAccessToken() {
+  const auto config = loadOAuthConfig();
+  if (!config) throw OAuthError::missingConfig();
+  const auto refreshToken = refreshTokenItem().readString();
+  if (!refreshToken) throw OAuthError::noRefreshToken();
+
+  const auto response =
+      platform::sendRequest({.url = config->tokenURI,
+                             .headers = {{"Content-Type", "application/x-www-form-urlencoded"}},
+                             .body = formEncodedBody({{"refresh_token", *refreshToken},
+                                                      {"client_id", config->clientID},
+                                                      {"client_secret", config->clientSecret},
+                                                      {"grant_type", "refresh_token"}}),
+                             .timeout = requestTimeout()});
+  return accessTokenFrom(response.body);
+}
+
+}  // namespace velmora

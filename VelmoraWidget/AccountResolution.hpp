@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+#include "VelmoraWidget/AdSenseClient.hpp"
+
+namespace velmora {
+
+/// The user-defaults key that holds the account's resource name, as a string.
+inline constexpr const char* accountCacheKey = "adsense.account";
+
+/// The resource name of the account to report on: the cached one, unchecked, else the first of
+/// the API's list, which is then cached for good. Throws as AdSenseClient does.
+std::string resolveAccountName(const AdSenseClient& client);
+
+}  // namespace velmora

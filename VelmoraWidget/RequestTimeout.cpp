@@ -1,0 +1,7 @@
+#include "VelmoraWidget/RequestTimeout.hpp"
+
+namespace velmora {
+
+std::chrono::milliseconds requestTimeout() { return std::chrono::seconds{60}; }
+
+}  // namespace velmora

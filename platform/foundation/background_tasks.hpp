@@ -1,0 +1,15 @@
+#pragma once
+
+#include <functional>
+
+namespace platform {
+
+/// Starts a task on the shared executor and returns at once. Tasks run side by side, each on a
+/// thread of its own that inherits the caller's priority. A task that throws ends the process, so
+/// tasks handle their own errors.
+void startBackgroundTask(std::function<void()> task);
+
+/// Waits until no task is left. A program calls it before it leaves main.
+void drainBackgroundTasks();
+
+}  // namespace platform

@@ -1,0 +1,181 @@
+#include "platform/foundation/user_defaults.hpp"
+
+#include <fcntl.h>
+#include <sqlite3.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <functional>
+
+#include "platform/foundation/bundle.hpp"
+#include "platform/foundation/raii.hpp"
+
+namespace platform {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Database = Owned<sqlite3, sqlite3_close_v2>;
+using Statement = Owned<sqlite3_stmt, sqlite3_finalize>;
+
+// How long to wait for another process that is writing.
+constexpr int busyMilliseconds = 5000;
+
+Database open(const fs::path& file) {
+  sqlite3* handle = nullptr;
+  const int code = sqlite3_open_v2(file.c_str(), &handle, SQLITE_OPEN_READWRITE, nullptr);
+  Database database(handle);
+  if (code != SQLITE_OK) return nullptr;
+  sqlite3_busy_timeout(database.get(), busyMilliseconds);
+  return database;
+}
+
+/// Runs one statement with its text parameters bound in order. `row` sees each row. Returns
+/// SQLite's code, SQLITE_DONE in the good case.
+int run(sqlite3* database, const char* sql, const std::function<int(sqlite3_stmt*)>& bind,
+        const std::function<void(sqlite3_stmt*)>& row = {}) {
+  sqlite3_stmt* handle = nullptr;
+  int code = sqlite3_prepare_v2(database, sql, -1, &handle, nullptr);
+  const Statement statement(handle);
+  if (code == SQLITE_OK && bind) code = bind(handle);
+  if (code != SQLITE_OK) return code;
+  while ((code = sqlite3_step(handle)) == SQLITE_ROW) {
+    if (row) row(handle);
+  }
+  return code;
+}
+
+int bindText(sqlite3_stmt* statement, int index, const std::string& text) {
+  return sqlite3_bind_text(statement, index, text.data(), static_cast<int>(text.size()),
+                           SQLITE_TRANSIENT);
+}
+
+bool isDamaged(int code) { return code == SQLITE_NOTADB || code == SQLITE_CORRUPT; }
+
+/// Whether the file can serve as a store: a plain file that SQLite reads as a database.
+bool isUsable(const fs::path& file) {
+  std::error_code ignored;
+  if (!fs::is_regular_file(file, ignored)) return false;
+  const auto database = open(file);
+  return !database || !isDamaged(run(database.get(), "SELECT count(*) FROM sqlite_master", {}));
+}
+
+/// Moves a file that is no database out of the way, with what SQLite keeps beside it. The folder
+/// is locked meanwhile, so that two processes do not set each other's fresh store aside.
+void setAside(const fs::path& file) {
+  const int folder = ::open(file.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (folder < 0) return;
+  flock(folder, LOCK_EX);
+  std::error_code ignored;
+  if (fs::exists(file, ignored) && !isUsable(file)) {
+    const auto name = file.string() + ".damaged-" + std::to_string(::time(nullptr));
+    int count = 1;
+    while (fs::exists(name + "-" + std::to_string(count), ignored)) ++count;
+    for (const char* companion : {"", "-journal", "-wal", "-shm"}) {
+      fs::rename(file.string() + companion, name + "-" + std::to_string(count) + companion,
+                 ignored);
+    }
+  }
+  ::close(folder);
+}
+
+/// Makes the folder and the empty file, private to the user whatever the umask says.
+void createFile(const fs::path& file) {
+  std::error_code ignored;
+  const auto folder = file.parent_path();
+  if (!fs::exists(folder, ignored)) {
+    fs::create_directories(folder.parent_path(), ignored);
+    if (::mkdir(folder.c_str(), S_IRWXU) == 0) ::chmod(folder.c_str(), S_IRWXU);
+  }
+  const int descriptor =
+      ::open(file.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
+  if (descriptor < 0) return;
+  ::fchmod(descriptor, S_IRUSR | S_IWUSR);
+  ::close(descriptor);
+}
+
+/// Opens the store and runs `use`, which returns SQLite's code. A damaged file is set aside and
+/// `use` is run once more, on a fresh store.
+void withStore(const fs::path& file, bool writing, const std::function<int(sqlite3*)>& use) {
+  if (file.empty()) return;
+  for (int attempt = 0; attempt < 2; ++attempt) {
+    std::error_code ignored;
+    if (fs::exists(file, ignored) && !fs::is_regular_file(file, ignored)) setAside(file);
+    if (writing) createFile(file);
+    if (!fs::exists(file, ignored)) return;
+    int code = SQLITE_CANTOPEN;
+    if (const auto database = open(file)) code = use(database.get());
+    if (!isDamaged(code)) return;
+    setAside(file);
+  }
+}
+
+std::optional<std::string> read(const fs::path& file, const std::string& key, int type) {
+  std::optional<std::string> value;
+  const auto takeValue = [&](sqlite3_stmt* row) {
+    if (sqlite3_column_type(row, 0) != type) return;
+    const auto* bytes = static_cast<const char*>(sqlite3_column_blob(row, 0));
+    const auto size = static_cast<std::size_t>(sqlite3_column_bytes(row, 0));
+    value = bytes == nullptr ? std::string() : std::string(bytes, size);
+  };
+  withStore(file, false, [&](sqlite3* database) {
+    return run(
+        database, "SELECT value FROM defaults WHERE key = ?",
+        [&](sqlite3_stmt* statement) { return bindText(statement, 1, key); }, takeValue);
+  });
+  return value;
+}
+
+void write(const fs::path& file, const char* sql, const std::function<int(sqlite3_stmt*)>& bind) {
+  withStore(file, true, [&](sqlite3* database) {
+    const int code =
+        run(database, "CREATE TABLE IF NOT EXISTS defaults(key TEXT PRIMARY KEY, value)", {});
+    return code == SQLITE_DONE ? run(database, sql, bind) : code;
+  });
+}
+
+constexpr const char* storeValue = "INSERT OR REPLACE INTO defaults(key, value) VALUES(?, ?)";
+
+}  // namespace
+
+UserDefaults UserDefaults::standard() {
+  const auto folder = stateFolder();
+  return UserDefaults(folder ? *folder / "defaults.sqlite3" : fs::path());
+}
+
+UserDefaults::UserDefaults(fs::path file) : file_(std::move(file)) {}
+
+std::optional<std::string> UserDefaults::data(const std::string& key) const {
+  return read(file_, key, SQLITE_BLOB);
+}
+
+std::optional<std::string> UserDefaults::string(const std::string& key) const {
+  return read(file_, key, SQLITE_TEXT);
+}
+
+void UserDefaults::setData(const std::string& key, const std::string& bytes) const {
+  write(file_, storeValue, [&](sqlite3_stmt* statement) {
+    const int code = bindText(statement, 1, key);
+    if (code != SQLITE_OK) return code;
+    return sqlite3_bind_blob64(statement, 2, bytes.data(), bytes.size(), SQLITE_TRANSIENT);
+  });
+}
+
+void UserDefaults::setString(const std::string& key, const std::string& text) const {
+  write(file_, storeValue, [&](sqlite3_stmt* statement) {
+    const int code = bindText(statement, 1, key);
+    return code == SQLITE_OK ? bindText(statement, 2, text) : code;
+  });
+}
+
+void UserDefaults::remove(const std::string& key) const {
+  std::error_code ignored;
+  if (!fs::exists(file_, ignored)) return;
+  write(file_, "DELETE FROM defaults WHERE key = ?",
+        [&](sqlite3_stmt* statement) { return bindText(statement, 1, key); });
+}
+
+}  // namespace platform

@@ -1,0 +1,146 @@
+#include "platform/widgets/widget_runtime.hpp"
+
+#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
+
+#include <csignal>
+#include <cstdio>
+#include <future>
+#include <iostream>
+
+#include "platform/foundation/background_tasks.hpp"
+#include "platform/foundation/bundle.hpp"
+#include "platform/foundation/languages.hpp"
+
+namespace platform {
+
+namespace {
+
+enum ExitStatus { answered = 0, cannotWrite = 1, wrongCall = 2 };
+
+/// What the command line asks for.
+struct HostCall {
+  enum class Question { describe, placeholder, snapshot, timeline };
+
+  Question question = Question::describe;
+  std::string family = "small";
+  double scale = 1;
+};
+
+int complain(ExitStatus status, std::string message) {
+  std::replace(message.begin(), message.end(), '\n', ' ');
+  std::cerr << mainBundleName << ": " << message << std::endl;
+  return status;
+}
+
+std::string checkFamily(const std::vector<WidgetFamily>& families, const std::string& name) {
+  const auto family = familyFromName(name);
+  const bool supported =
+      family && std::find(families.begin(), families.end(), *family) != families.end();
+  return supported ? "" : "'" + name + "' is none of small, medium, large";
+}
+
+std::string checkScale(const std::string& text) {
+  double scale = 0;
+  const bool number = CLI::detail::lexical_cast(text, scale);
+  return number && scale > 0 && scale <= 8 ? "" : "'" + text + "' is not above 0 and at most 8";
+}
+
+void addQuestion(CLI::App& app, HostCall& call, const WidgetConfiguration& widget,
+                 const std::string& name, HostCall::Question question,
+                 const std::string& description) {
+  auto* command = app.add_subcommand(name, description);
+  command->callback([&call, question] { call.question = question; });
+  if (question == HostCall::Question::describe) return;
+  command->add_option("--family", call.family, "small, medium or large (default small)")
+      ->check(CLI::Validator(
+          [families = widget.families](std::string& text) { return checkFamily(families, text); },
+          ""));
+  command->add_option("--scale", call.scale, "device pixels per point, above 0 to 8 (default 1)")
+      ->check(CLI::Validator([](std::string& text) { return checkScale(text); }, ""));
+}
+
+Json describe(const std::vector<WidgetConfiguration>& widgets) {
+  Json list = Json::array();
+  for (const auto& widget : widgets) {
+    Json families = Json::array();
+    for (const auto family : widget.families) families.push_back(familyName(family));
+    list.push_back({{"kind", widget.kind},
+                    {"displayName", widget.displayName},
+                    {"description", widget.description},
+                    {"families", families}});
+  }
+  return {{"widgets", list}};
+}
+
+Timeline<HostEntry> awaitTimeline(const WidgetConfiguration& widget,
+                                  const TimelineProviderContext& context) {
+  std::promise<Timeline<HostEntry>> promise;
+  widget.getTimeline(context, [&promise](Timeline<HostEntry> timeline) {
+    promise.set_value(std::move(timeline));
+  });
+  auto timeline = promise.get_future().get();
+  drainBackgroundTasks();
+  return timeline;
+}
+
+Json answer(const WidgetConfiguration& widget, const HostCall& call) {
+  const TimelineProviderContext context{.family = *familyFromName(call.family)};
+  std::vector<HostEntry> entries;
+  Json policy;
+  if (call.question == HostCall::Question::placeholder) {
+    entries.push_back(widget.placeholder(context));
+  } else if (call.question == HostCall::Question::snapshot) {
+    widget.getSnapshot(context, [&](HostEntry entry) { entries.push_back(std::move(entry)); });
+  } else {
+    auto timeline = awaitTimeline(widget, context);
+    entries = std::move(timeline.entries);
+    policy = {{"after", iso8601(timeline.policy.date)}};
+  }
+  Json list = Json::array();
+  for (const auto& entry : entries) {
+    list.push_back({{"date", iso8601(entry.date)},
+                    {"content", entry.content},
+                    {"accessibility", Json::array()}});
+  }
+  Json result{{"kind", widget.kind}, {"entries", list}};
+  if (!policy.is_null()) result["policy"] = policy;
+  return result;
+}
+
+int print(const Json& json) {
+  const std::string line = printJson(json) + "\n";
+  const bool written =
+      std::fwrite(line.data(), 1, line.size(), stdout) == line.size() && std::fflush(stdout) == 0;
+  return written ? answered : complain(cannotWrite, "cannot write to standard output");
+}
+
+}  // namespace
+
+void prepareWidgetProcess() {
+  std::signal(SIGPIPE, SIG_IGN);  // a reader that went away is an error to report, not a death
+  initializeLanguages();
+}
+
+int answerHost(const std::vector<WidgetConfiguration>& widgets, int argumentCount,
+               char** arguments) {
+  const auto& widget = widgets.front();
+  HostCall call;
+  CLI::App app(widget.description, std::string(mainBundleName));
+  app.require_subcommand(1);
+  using Question = HostCall::Question;
+  addQuestion(app, call, widget, "describe", Question::describe, "Say what this program offers");
+  addQuestion(app, call, widget, "placeholder", Question::placeholder, "Made-up figures, at once");
+  addQuestion(app, call, widget, "snapshot", Question::snapshot, "The figures at hand, at once");
+  addQuestion(app, call, widget, "timeline", Question::timeline,
+              "Fresh figures, if they can be had");
+  try {
+    app.parse(argumentCount, arguments);
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() == 0) return app.exit(error);
+    return complain(wrongCall, error.what());
+  }
+  return print(call.question == Question::describe ? describe(widgets) : answer(widget, call));
+}
+
+}  // namespace platform

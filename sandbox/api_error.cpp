@@ -1,0 +1,24 @@
+#include "sandbox/api_error.hpp"
+
+#include <nlohmann/json.hpp>
+
+#include <map>
+
+namespace sandbox {
+
+ApiError::ApiError(int httpStatus, const std::string& message)
+    : std::runtime_error(message), status(httpStatus) {}
+
+platform::Json errorDocument(int status, const std::string& message) {
+  static const std::map<int, const char*> names{
+      {400, "INVALID_ARGUMENT"}, {401, "UNAUTHENTICATED"},    {403, "PERMISSION_DENIED"},
+      {404, "NOT_FOUND"},        {429, "RESOURCE_EXHAUSTED"}, {500, "INTERNAL"},
+      {503, "UNAVAILABLE"},      {504, "DEADLINE_EXCEEDED"}};
+  const auto name = names.find(status);
+  return {{"error",
+           {{"code", status},
+            {"message", message},
+            {"status", name == names.end() ? "UNKNOWN" : name->second}}}};
+}
+
+}  // namespace sandbox

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/foundation/json.hpp"
+#include "sandbox/faults.hpp"
+
+namespace sandbox {
+
+struct ServerOptions {
+  int port = 0;  ///< 0 picks a free one
+  std::uint64_t seed = 1;
+  std::string currency = "EUR";  ///< ISO 4217 code
+  std::chrono::milliseconds latency{0};
+  std::map<Step, Fault> faults;
+  /// The day that counts as today; the current UTC day without it.
+  std::optional<std::chrono::sys_days> today;
+};
+
+/// A request as it arrived.
+struct RequestRecord {
+  std::string method;
+  std::string target;  ///< path and query, undecoded
+  std::multimap<std::string, std::string> headers;
+  std::string body;
+  int remotePort = 0;  ///< tells connections apart
+};
+
+/// The OAuth token endpoint and the reporting API for one made-up publisher, on 127.0.0.1. Serves
+/// from its construction to its destruction, in threads of its own.
+class Server {
+ public:
+  /// Throws std::runtime_error when the port cannot be had.
+  explicit Server(ServerOptions options);
+  ~Server();
+  Server(const Server&) = delete;
+  Server& operator=(const Server&) = delete;
+
+  [[nodiscard]] std::string baseURL() const;
+  [[nodiscard]] std::string tokenURL() const;
+  /// `{"baseURL","tokenURL","clientID","clientSecret","refreshToken"}`.
+  [[nodiscard]] platform::Json address() const;
+  /// A client file in Google's form that names this server.
+  [[nodiscard]] platform::Json clientFile() const;
+
+  /// Replaces all faults from the next request on.
+  void setFaults(std::map<Step, Fault> faults);
+  /// Answers matching requests in another way: returns the body, or nothing for the usual answer.
+  using Override = std::function<std::optional<std::string>(Step, const RequestRecord&)>;
+  void setOverride(Override override);
+  /// The requests since the last call.
+  std::vector<RequestRecord> takeRequests();
+
+ private:
+  class Implementation;
+  std::unique_ptr<Implementation> implementation_;
+};
+
+}  // namespace sandbox

@@ -1,0 +1,155 @@
+#include "tests/support/program.hpp"
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+#include <filesystem>
+#include <thread>
+
+#include "VelmoraWidget/SharedKeychain.hpp"
+#include "platform/foundation/bundle.hpp"
+#include "platform/foundation/json.hpp"
+#include "sandbox/server.hpp"
+#include "tests/support/environment.hpp"
+#include "tests/support/replaced_constants.hpp"
+
+using platform::Json;
+namespace fs = std::filesystem;
+
+namespace {
+
+const std::string installedWidget = std::string(BUILD_BIN) + "/velmora-widget";
+
+std::string widgetUnderTest() {
+  return (platform::resourceFolder().parent_path().parent_path() / "bin/velmora-widget").string();
+}
+
+/// The programs as they are installed, run by a signed-in user beside the sandbox.
+class Programs : public tests::Environment {
+ public:
+  Programs() {
+    tests::setAdSenseBaseURL(server_.baseURL());
+    writeClientFile(server_.clientFile().dump());
+    storeKeychainItem(velmora::refreshTokenAccount, server_.address()["refreshToken"]);
+    storeKeychainItem(velmora::objectivesAccount, R"({"daily":25,"monthly":750})");
+  }
+
+ protected:
+  sandbox::Server server_{{}};
+};
+
+}  // namespace
+
+TEST_F(Programs, describePrintsTheDeclaration) {
+  const auto result = tests::run({installedWidget, "describe"});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.output,
+            R"({"widgets":[{"kind":"VelmoraEarnings","displayName":"AdSense earnings",)"
+            R"("description":"Your estimated AdSense earnings, updated automatically.",)"
+            R"("families":["systemSmall","systemMedium","systemLarge"]}]})"
+            "\n");
+}
+
+TEST_F(Programs, timelinePrintsFreshFiguresAndNoSecret) {
+  const auto result = tests::run({widgetUnderTest(), "timeline", "--family", "large"});
+  EXPECT_EQ(result.status, 0) << result.errors;
+  EXPECT_EQ(result.errors, "");
+  const auto answer = Json::parse(result.output);
+  const auto& content = answer["entries"][0]["content"];
+  EXPECT_EQ(content["isConnected"], true);
+  EXPECT_EQ(content["objectives"], (Json{{"daily", 25}, {"monthly", 750}}));
+  EXPECT_GT(content["snapshot"]["updatedAt"], 0);
+  EXPECT_EQ(answer["policy"]["after"].get<std::string>().size(), 24U);
+  for (const std::string secret : {"ya29", "1//0", "client-secret"})
+    EXPECT_EQ(result.output.find(secret), std::string::npos);
+  const auto later = Json::parse(tests::run({widgetUnderTest(), "snapshot"}).output);
+  EXPECT_EQ(later["entries"][0]["content"]["snapshot"], content["snapshot"]);
+  EXPECT_FALSE(later.contains("policy"));
+}
+
+TEST_F(Programs, answerWhateverHappens) {
+  server_.setFaults({{sandbox::Step::report, {sandbox::Fault::Kind::drop}}});
+  fs::create_directories(defaultsFile().parent_path());
+  tests::writeFile(defaultsFile(), "rubbish that is no database, longer than a header");
+  const auto result = tests::run({widgetUnderTest(), "timeline"});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.errors, "");
+  EXPECT_EQ(Json::parse(result.output)["entries"][0]["content"]["snapshot"]["today"], 9.21);
+  setenv("XDG_STATE_HOME", "/proc/nowhere", 1);
+  EXPECT_EQ(tests::run({widgetUnderTest(), "timeline"}).status, 0);
+}
+
+TEST_F(Programs, severalTimelinesAtOnceLeaveOneWholeSnapshot) {
+  std::vector<std::thread> threads;
+  std::atomic<int> answered = 0;
+  for (int i = 0; i < 4; ++i) {
+    threads.emplace_back([&answered] {
+      if (tests::run({widgetUnderTest(), "timeline"}).status == 0) ++answered;
+    });
+  }
+  for (auto& thread : threads) thread.join();
+  EXPECT_EQ(answered, 4);
+  const auto answer = Json::parse(tests::run({widgetUnderTest(), "snapshot"}).output);
+  EXPECT_GT(answer["entries"][0]["content"]["snapshot"]["updatedAt"], 0);
+}
+
+TEST_F(Programs, wrongCallsAreOneLine) {
+  const std::vector<std::vector<std::string>> calls{{},
+                                                    {"unknown"},
+                                                    {"snapshot", "extra"},
+                                                    {"snapshot", "--family", "systemExtraLarge"},
+                                                    {"snapshot", "--family", "a\nb"},
+                                                    {"snapshot", "--scale", "0"},
+                                                    {"snapshot", "--scale", "8.1"},
+                                                    {"snapshot", "--scale", "nan"},
+                                                    {"snapshot", "--scale"},
+                                                    {"describe", "--family", "small"}};
+  for (auto call : calls) {
+    call.insert(call.begin(), installedWidget);
+    const auto result = tests::run(call);
+    EXPECT_EQ(result.status, 2) << call.back();
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1) << result.errors;
+  }
+  for (const char* family : {"systemMedium", "medium"})
+    EXPECT_EQ(tests::run({installedWidget, "placeholder", "--family", family}).status, 0);
+  const auto full = tests::run({"/bin/sh", "-c", installedWidget + " placeholder >/dev/full"});
+  EXPECT_EQ(full.status, 1);
+  EXPECT_EQ(full.errors, "velmora-widget: cannot write to standard output\n");
+}
+
+TEST_F(Programs, sandboxServesUntilItIsTold) {
+  const std::string program = std::string(BUILD_BIN) + "/velmora-sandbox";
+  for (const char* signal : {"INT", "TERM"}) {
+    const auto result =
+        tests::run({"/bin/bash", "-c",
+                    program + " --today 2026-05-21 & sleep 0.3; kill -" + signal + " $!; wait $!"});
+    EXPECT_EQ(result.status, 0) << result.errors;
+    EXPECT_TRUE(Json::parse(result.output).contains("refreshToken"));
+  }
+  for (const char* bad : {"--port=70000", "--fault=token", "--fault=report=999",
+                          "--today=2026-02-30", "--currency=euro"})
+    EXPECT_EQ(tests::run({program, bad}).status, 2) << bad;
+}
+
+TEST_F(Programs, lockedOrMissingKeyringsCountAsSignedOut) {
+  unsetenv("SECRET_BACKEND");
+  setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent", 1);
+  const std::string connected = R"("isConnected":true)";
+  const auto without = tests::run({widgetUnderTest(), "snapshot"});
+  EXPECT_EQ(without.status, 0);
+  EXPECT_EQ(without.output.find(connected), std::string::npos);
+
+  const std::string ask = widgetUnderTest() + " snapshot | grep -c '" + connected + "'; ";
+  const auto result = tests::run(
+      {"/usr/bin/dbus-run-session", "--", "/bin/bash", "-c",
+       "unset DISPLAY; export HOME=" + folder_.string() + " XDG_RUNTIME_DIR=" + folder_.string() +
+           "; printf pw | gnome-keyring-daemon --unlock --components=secrets >/dev/null 2>&1; " +
+           "printf token | secret-tool store --label=x service com.brenvik.velmora account " +
+           "google.refresh_token access-group Q7M2K9D4XW.com.brenvik.velmora.shared; " + ask +
+           "gdbus call --session --dest org.freedesktop.secrets --object-path "
+           "/org/freedesktop/secrets --method org.freedesktop.Secret.Service.Lock "
+           "\"['/org/freedesktop/secrets/collection/login']\" >/dev/null; " +
+           ask});
+  EXPECT_EQ(result.output, "1\n0\n") << result.errors;
+}
