@@ -24,6 +24,14 @@ bool isConnected() {
 
 VelmoraSnapshot figuresAtHand() { return loadCachedSnapshot().value_or(VelmoraSnapshot::sample()); }
 
+std::optional<VelmoraSnapshot> freshFigures() {
+  try {
+    return fetchSnapshot();
+  } catch (const std::exception&) {
+    return std::nullopt;
+  }
+}
+
 EarningsEntry makeEntry(const VelmoraSnapshot& snapshot, bool connected) {
   return {platform::now(), snapshot, loadObjectives(), connected};
 }
@@ -32,11 +40,8 @@ void buildTimeline(const TimelineBox& completion) {
   const bool connected = isConnected();
   auto snapshot = figuresAtHand();
   if (connected) {
-    try {
-      snapshot = fetchSnapshot();
-    } catch (const std::exception&) {
-      // The figures at hand stay on the screen until the next regular reload.
-    }
+    // After a failure the figures at hand stay on the screen until the next regular reload.
+    snapshot = freshFigures().value_or(snapshot);
   }
   const auto entry = makeEntry(snapshot, connected);
   const auto reloadDate = platform::now() + reloadInterval;

@@ -77,7 +77,9 @@ int main(int argumentCount, char** arguments) {
     return 2;
   }
   line.options.latency = std::chrono::milliseconds(line.latency);
-  for (const auto& text : line.faults) line.options.faults.insert(*sandbox::parseFault(text));
+  for (const auto& text : line.faults) {
+    if (const auto fault = sandbox::parseFault(text)) line.options.faults.insert(*fault);
+  }
   if (!line.today.empty()) line.options.today = dateOf(line.today);
 
   // Blocked before the server starts its threads, so that only the wait below takes them.

@@ -118,6 +118,48 @@ TEST_F(Programs, wrongCallsAreOneLine) {
   EXPECT_EQ(full.errors, "velmora-widget: cannot write to standard output\n");
 }
 
+TEST_F(Programs, picturesAreWrittenWholeOrNotAtAll) {
+  const auto output = [&](const std::string& file, const char* scale = "2") {
+    return tests::run({installedWidget, "placeholder", "--scale", scale, "--output", file});
+  };
+  const std::pair<const char*, const char*> formats[] = {
+      {"a.png", "\x89PNG"}, {"a.svg", "<?xml"}, {"a.pdf", "%PDF-1"}, {"a.json", "{\"family\":"}};
+  for (const auto& [name, start] : formats) {
+    const auto file = folder_ / name;
+    for (const char* scale : {"8", "0.001", "2"}) EXPECT_EQ(output(file, scale).status, 0) << name;
+    EXPECT_TRUE(tests::readFile(file).starts_with(start)) << name;
+  }
+  const auto list = Json::parse(tests::readFile(folder_ / "a.json"));
+  EXPECT_EQ(list["size"], (Json{170, 170}));
+  EXPECT_EQ(list["content"], (Json{16, 16, 138, 138}));
+  EXPECT_EQ(list["items"][0]["kind"], "gradient");
+
+  const auto before = tests::readFile(folder_ / "a.png");
+  for (const char* file : {"/nowhere/a.png", "/proc/a.png"}) {
+    const auto result = output(file);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1) << result.errors;
+  }
+  fs::create_symlink("/dev/full", folder_ / "full.png");
+  EXPECT_EQ(output(folder_ / "full.png").status, 1);
+  EXPECT_TRUE(fs::is_character_file("/dev/full"));
+  EXPECT_EQ(output(folder_ / "a.bmp").status, 2);
+  EXPECT_EQ(tests::readFile(folder_ / "a.png"), before);
+  for (const auto& entry : fs::directory_iterator(folder_))
+    EXPECT_FALSE(entry.path().filename().string().starts_with(".")) << entry.path();
+}
+
+TEST_F(Programs, stringTablesWorkWithoutSystemLocales) {
+  setenv("LC_ALL", "fr_FR.UTF-8", 1);
+  unsetenv("LANGUAGE");
+  EXPECT_THAT(tests::run({installedWidget, "describe"}).output,
+              testing::HasSubstr("Revenus AdSense"));
+  setenv("LANGUAGE", "en_GB:fr", 1);
+  EXPECT_THAT(tests::run({installedWidget, "describe"}).output,
+              testing::HasSubstr("AdSense earnings"));
+}
+
 TEST_F(Programs, sandboxServesUntilItIsTold) {
   const std::string program = std::string(BUILD_BIN) + "/velmora-sandbox";
   for (const char* signal : {"INT", "TERM"}) {

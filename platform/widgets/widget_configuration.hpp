@@ -8,18 +8,19 @@
 
 #include "platform/foundation/json.hpp"
 #include "platform/widgets/timeline.hpp"
+#include "platform/widgets/widget_drawing.hpp"
 
 namespace platform {
 
-/// An entry as the host sees it: its date and its figures.
+/// An entry as the host sees it: its date, its figures, and what it looks like.
 struct HostEntry {
   Instant date;
-  Json content;
+  Json figures;
+  WidgetView view;
 };
 
-/// One widget as the host sees it. The content of its entries is what `jsonForm` says of them.
-class WidgetConfiguration {
- public:
+/// One widget as the host sees it.
+struct WidgetConfiguration {
   std::string kind;
   std::string displayName;
   std::string description;
@@ -31,11 +32,14 @@ class WidgetConfiguration {
       getTimeline;
 };
 
-/// Declares a widget that the user cannot configure.
-template <TimelineProvider Provider>
-WidgetConfiguration staticConfiguration(std::string kind, Provider provider) {
+/// Declares a widget that the user cannot configure. `content` makes the view of an entry;
+/// `jsonForm` tells its figures.
+template <TimelineProvider Provider, class Content>
+WidgetConfiguration staticConfiguration(std::string kind, Provider provider, Content content) {
   using Entry = typename Provider::Entry;
-  const auto hosted = [](const Entry& entry) { return HostEntry{entry.date, jsonForm(entry)}; };
+  const auto hosted = [content](const Entry& entry) {
+    return HostEntry{entry.date, jsonForm(entry), content(entry)};
+  };
 
   WidgetConfiguration configuration;
   configuration.kind = std::move(kind);

@@ -25,6 +25,7 @@ struct HostCall {
   Question question = Question::describe;
   std::string family = "small";
   double scale = 1;
+  std::string output;
 };
 
 int complain(ExitStatus status, std::string message) {
@@ -46,6 +47,10 @@ std::string checkScale(const std::string& text) {
   return number && scale > 0 && scale <= 8 ? "" : "'" + text + "' is not above 0 and at most 8";
 }
 
+std::string checkOutput(const std::string& file) {
+  return pictureFormat(file) ? "" : "'" + file + "' does not end in .png, .svg, .pdf or .json";
+}
+
 void addQuestion(CLI::App& app, HostCall& call, const WidgetConfiguration& widget,
                  const std::string& name, HostCall::Question question,
                  const std::string& description) {
@@ -58,6 +63,8 @@ void addQuestion(CLI::App& app, HostCall& call, const WidgetConfiguration& widge
           ""));
   command->add_option("--scale", call.scale, "device pixels per point, above 0 to 8 (default 1)")
       ->check(CLI::Validator([](std::string& text) { return checkScale(text); }, ""));
+  command->add_option("--output", call.output, "picture file ending in .png, .svg, .pdf or .json")
+      ->check(CLI::Validator([](std::string& text) { return checkOutput(text); }, ""));
 }
 
 Json describe(const std::vector<WidgetConfiguration>& widgets) {
@@ -84,28 +91,26 @@ Timeline<HostEntry> awaitTimeline(const WidgetConfiguration& widget,
   return timeline;
 }
 
-Json answer(const WidgetConfiguration& widget, const HostCall& call) {
-  const TimelineProviderContext context{.family = *familyFromName(call.family)};
+/// What the provider says, and when to ask again if that was asked.
+struct Answer {
   std::vector<HostEntry> entries;
-  Json policy;
+  std::optional<Instant> reloadDate;
+};
+
+Answer ask(const WidgetConfiguration& widget, const HostCall& call, WidgetFamily family) {
+  const TimelineProviderContext context{.family = family};
+  Answer answer;
   if (call.question == HostCall::Question::placeholder) {
-    entries.push_back(widget.placeholder(context));
+    answer.entries.push_back(widget.placeholder(context));
   } else if (call.question == HostCall::Question::snapshot) {
-    widget.getSnapshot(context, [&](HostEntry entry) { entries.push_back(std::move(entry)); });
+    widget.getSnapshot(context,
+                       [&](HostEntry entry) { answer.entries.push_back(std::move(entry)); });
   } else {
     auto timeline = awaitTimeline(widget, context);
-    entries = std::move(timeline.entries);
-    policy = {{"after", iso8601(timeline.policy.date)}};
+    answer.entries = std::move(timeline.entries);
+    answer.reloadDate = timeline.policy.date;
   }
-  Json list = Json::array();
-  for (const auto& entry : entries) {
-    list.push_back({{"date", iso8601(entry.date)},
-                    {"content", entry.content},
-                    {"accessibility", Json::array()}});
-  }
-  Json result{{"kind", widget.kind}, {"entries", list}};
-  if (!policy.is_null()) result["policy"] = policy;
-  return result;
+  return answer;
 }
 
 int print(const Json& json) {
@@ -113,6 +118,24 @@ int print(const Json& json) {
   const bool written =
       std::fwrite(line.data(), 1, line.size(), stdout) == line.size() && std::fflush(stdout) == 0;
   return written ? answered : complain(cannotWrite, "cannot write to standard output");
+}
+
+/// Draws the entries, writes the picture of the first if that is asked for, and prints them.
+int report(const WidgetConfiguration& widget, const HostCall& call) {
+  const auto family = *familyFromName(call.family);
+  const auto answer = ask(widget, call, family);
+  Json list = Json::array();
+  for (const auto& entry : answer.entries) {
+    const auto drawn = drawWidget(entry.view, family, call.scale);
+    if (!call.output.empty() && list.empty())
+      writeFile(call.output, picture(drawn, *pictureFormat(call.output)));
+    list.push_back({{"date", iso8601(entry.date)},
+                    {"content", entry.figures},
+                    {"accessibility", drawn.accessibility}});
+  }
+  Json result{{"kind", widget.kind}, {"entries", list}};
+  if (answer.reloadDate) result["policy"] = {{"after", iso8601(*answer.reloadDate)}};
+  return print(result);
 }
 
 }  // namespace
@@ -140,7 +163,12 @@ int answerHost(const std::vector<WidgetConfiguration>& widgets, int argumentCoun
     if (error.get_exit_code() == 0) return app.exit(error);
     return complain(wrongCall, error.what());
   }
-  return print(call.question == Question::describe ? describe(widgets) : answer(widget, call));
+  if (call.question == Question::describe) return print(describe(widgets));
+  try {
+    return report(widget, call);
+  } catch (const std::exception& error) {
+    return complain(cannotWrite, error.what());
+  }
 }
 
 }  // namespace platform
