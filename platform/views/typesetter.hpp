@@ -5,7 +5,7 @@
 
 #include "platform/views/style.hpp"
 
-typedef struct _cairo cairo_t;
+typedef struct _cairo cairo_t;  // NOLINT(bugprone-reserved-identifier): as Cairo declares it
 
 namespace platform {
 

@@ -1,0 +1,46 @@
+#include "desktop/schedule.hpp"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "platform/foundation/calendar.hpp"
+
+namespace desktop {
+
+namespace {
+
+constexpr double longestInterval = 86400;
+
+}  // namespace
+
+bool isReloadDue(const Schedule& schedule, double now) {
+  return now >= schedule.reloadDate || now < schedule.askedAt;
+}
+
+bool isRunOverdue(const Schedule& schedule, double now) {
+  return schedule.runDeadline && now >= *schedule.runDeadline;
+}
+
+double nextChange(const Schedule& schedule, double now) {
+  // While a program runs, its answer will say when to reload.
+  if (schedule.runDeadline) return std::max(now, *schedule.runDeadline);
+  return isReloadDue(schedule, now) ? now : schedule.reloadDate;
+}
+
+Schedule rescheduled(std::optional<double> reloadDate, double now) {
+  const bool usable = reloadDate && *reloadDate > now && *reloadDate <= now + longestInterval;
+  return {now, usable ? *reloadDate : now + regularInterval, std::nullopt};
+}
+
+std::optional<double> unixSecondsFromIso(const std::string& text) {
+  int year = 0, month = 0, day = 0, hour = 0, minute = 0, end = 0;
+  double second = 0;
+  const int fields = std::sscanf(text.c_str(), "%4d-%2d-%2dT%2d:%2d:%6lfZ%n", &year, &month, &day,
+                                 &hour, &minute, &second, &end);
+  if (fields != 6 || static_cast<std::size_t>(end) != text.size()) return std::nullopt;
+  const auto midnight = platform::UtcCalendar{}.date({year, month, day});
+  if (!midnight) return std::nullopt;
+  return platform::unixSeconds(*midnight) + hour * 3600 + minute * 60 + second;
+}
+
+}  // namespace desktop

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cairo.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/foundation/raii.hpp"
+
+namespace desktop {
+
+using Picture = platform::Owned<cairo_surface_t, cairo_surface_destroy>;
+
+/// What a widget program printed, as far as the host needs it.
+struct WidgetAnswer {
+  std::vector<std::string> phrases;  ///< for people who do not look
+  std::optional<double> reloadDate;  ///< Unix seconds
+};
+
+/// Reads a printed answer; absent unless it holds an entry.
+std::optional<WidgetAnswer> parseAnswer(const std::string& output);
+
+/// Loads a picture; null unless it is a PNG file of exactly that many pixels.
+Picture loadPicture(const std::string& file, int width, int height);
+
+}  // namespace desktop
