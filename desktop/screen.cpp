@@ -67,6 +67,8 @@ enum class Wayland { none, plain, layerShell };
 Wayland lookAtWayland() {
   using Display = platform::Owned<wl_display, wl_display_disconnect>;
   using Registry = platform::Owned<wl_registry, wl_registry_destroy>;
+  // Without this variable the library complains on standard error.
+  if (g_getenv("XDG_RUNTIME_DIR") == nullptr) return Wayland::none;
   const Display display(wl_display_connect(nullptr));
   if (!display) return Wayland::none;
   const Registry registry(wl_display_get_registry(display.get()));
