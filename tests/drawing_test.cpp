@@ -1,12 +1,15 @@
+#include <cairo.h>
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
 #include <cmath>
 #include <limits>
 
+#include "VelmoraWidget/EarningsWidget.hpp"
 #include "VelmoraWidget/EarningsWidgetView.hpp"
 #include "VelmoraWidget/ProgressRing.hpp"
 #include "VelmoraWidget/WidgetComponents.hpp"
+#include "platform/foundation/raii.hpp"
 #include "platform/widgets/widget_drawing.hpp"
 #include "tests/support/environment.hpp"
 
@@ -18,6 +21,8 @@ using platform::WidgetFamily;
 using testing::ElementsAre;
 
 namespace {
+
+using Picture = platform::Owned<cairo_surface_t, cairo_surface_destroy>;
 
 constexpr double tolerance = 2;  // points, for the fonts
 
@@ -251,6 +256,36 @@ TEST_F(Drawing, otherScriptsDoNotMoveTheRest) {
   };
   for (const char* other : {"日本語 389", "٣٨٩٫٨٥", "हिन्दी", "ไทย", "😀"})
     EXPECT_EQ(yOf(other), yOf("389,85 €")) << other;
+}
+
+/// How far two pictures are apart: the mean difference of their bytes, 0 to 255.
+double difference(const std::string& file, const std::string& wantedFile) {
+  const Picture picture(cairo_image_surface_create_from_png(file.c_str()));
+  const Picture wanted(cairo_image_surface_create_from_png(wantedFile.c_str()));
+  const auto size = static_cast<std::size_t>(cairo_image_surface_get_stride(wanted.get())) *
+                    static_cast<std::size_t>(cairo_image_surface_get_height(wanted.get()));
+  if (size == 0 ||
+      cairo_image_surface_get_width(picture.get()) != cairo_image_surface_get_width(wanted.get()) ||
+      cairo_image_surface_get_height(picture.get()) != cairo_image_surface_get_height(wanted.get()))
+    return 255;
+  const auto* a = cairo_image_surface_get_data(picture.get());
+  const auto* b = cairo_image_surface_get_data(wanted.get());
+  double sum = 0;
+  for (std::size_t i = 0; i < size; ++i) sum += std::abs(int{a[i]} - int{b[i]});
+  return sum / static_cast<double>(size);
+}
+
+TEST_F(Drawing, picturesLookAsTheyDid) {
+  for (const auto& [family, name] : {std::pair(WidgetFamily::systemSmall, "small"),
+                                     std::pair(WidgetFamily::systemMedium, "medium"),
+                                     std::pair(WidgetFamily::systemLarge, "large")}) {
+    const auto configuration = EarningsWidget{}.body();
+    const auto entry = configuration.placeholder({});
+    const auto file = (folder_ / name).string() + ".png";
+    tests::writeFile(file, platform::picture(platform::drawWidget(entry.view, family, 2),
+                                             platform::PictureFormat::png));
+    EXPECT_LT(difference(file, std::string(PICTURES) + "/" + name + ".png"), 0.5) << name;
+  }
 }
 
 TEST_F(Drawing, picturesAreTheSameEachTime) {

@@ -1,6 +1,7 @@
 #include <pango/pangocairo.h>
 
 #include <algorithm>
+#include <cmath>
 #include <map>
 
 #include "platform/foundation/raii.hpp"
@@ -27,7 +28,7 @@ constexpr std::size_t mostCharacters = 1000;
 constexpr double shapedSize = 16;
 
 double points(int pangoUnits) { return static_cast<double>(pangoUnits) / PANGO_SCALE; }
-int pangoUnits(double points) { return static_cast<int>(points * PANGO_SCALE + 0.5); }
+int pangoUnits(double points) { return static_cast<int>(std::lround(points * PANGO_SCALE)); }
 
 PangoWeight pangoWeight(FontWeight weight) {
   switch (weight) {
