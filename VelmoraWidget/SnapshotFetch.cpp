@@ -1,5 +1,7 @@
 #include "VelmoraWidget/SnapshotFetch.hpp"
 
+#include <algorithm>
+
 #include "VelmoraWidget/AccessToken.hpp"
 #include "VelmoraWidget/AccountResolution.hpp"
 #include "VelmoraWidget/AdSenseBaseURL.hpp"
@@ -7,6 +9,7 @@
 #include "VelmoraWidget/Payments.hpp"
 #include "VelmoraWidget/SnapshotCache.hpp"
 #include "platform/foundation/clock.hpp"
+#include "platform/foundation/text.hpp"
 
 namespace velmora {
 
@@ -20,7 +23,10 @@ PerfValues perfValues(const DayMetrics& day) {
 }
 
 double monthEarnings(const DayTable& days, const std::string& latestKey) {
-  const auto month = latestKey.substr(0, yearAndMonth);
+  std::string month;
+  const auto characters = platform::graphemeClusters(latestKey);
+  for (std::size_t i = 0; i < std::min(yearAndMonth, characters.size()); ++i)
+    month += characters[i];
   double sum = 0;
   for (const auto& [key, day] : days) {
     if (key.starts_with(month)) sum += day.earnings;

@@ -1,6 +1,7 @@
 #include "desktop/host.hpp"
 
 #include <glib.h>
+#include <malloc.h>
 
 #include <utility>
 
@@ -12,7 +13,12 @@ Host::Host(const CommandLine& line, std::string program, std::function<void()> q
       schedule_(rescheduled(std::nullopt, wallClock())),
       program_(std::make_unique<WidgetProgram>(std::move(program))),
       timer_([this] { lookAtClock(); }) {
-  change(applied(line, placement_));
+  placement_ = applied(line, placement_);
+  askNext();
+}
+
+Host::~Host() {
+  if (soon_ != 0) g_source_remove(soon_);
 }
 
 int Host::scale() const { return window_ ? window_->scale() : placement_.lastScale; }
@@ -30,8 +36,9 @@ WindowActions Host::actions() {
     placement.moved.reset();
     change(placement);
   };
-  actions.moved = [this](Point position) {
+  actions.moved = [this](const std::string& monitor, Point position) {
     auto placement = placement_;
+    if (!monitor.empty()) placement.monitor = monitor;
     placement.moved = position;
     change(placement);
   };
@@ -49,6 +56,7 @@ WindowActions Host::actions() {
 
 void Host::openWindow() {
   window_ = std::make_unique<WidgetWindow>(actions());
+  save();  // the choices of this call
   rememberScale();
   if (auto early = std::exchange(early_, std::nullopt))
     finished(early->first, std::move(early->second));
@@ -71,11 +79,16 @@ void Host::apply(const CommandLine& line) {
   change(applied(line, placement_));
 }
 
+void Host::save() const {
+  if (!savePlacement(placement_, placementFile()))
+    g_printerr("velmora-desktop: cannot write %s\n", placementFile().c_str());
+}
+
 void Host::change(Placement placement) {
   const bool redraw = placement.family != placement_.family;
-  if (placement != placement_ && !savePlacement(placement, placementFile()))
-    g_printerr("velmora-desktop: cannot write %s\n", placementFile().c_str());
+  const bool changed = placement != placement_;
   placement_ = std::move(placement);
+  if (changed) save();
   if (window_) window_->place(placement_);
   wantsSnapshot_ = wantsSnapshot_ || redraw;
   askNext();
@@ -102,9 +115,8 @@ void Host::ask(bool timeline) {
                           .scale = pixels,
                           .width = size.width * pixels,
                           .height = size.height * pixels};
-  schedule_.runDeadline = wallClock() + longestRun;
+  askedAt_ = runningTime();
   program_->ask(question, [this, question](RunResult result) {
-    schedule_.runDeadline.reset();
     if (question.timeline)
       schedule_ =
           rescheduled(result.answer ? result.answer->reloadDate : std::nullopt, wallClock());
@@ -128,17 +140,22 @@ void Host::finished(const Question& question, RunResult result) {
     lastFailure_.reset();
   }
   if (result.answer && !stillFits) wantsSnapshot_ = true;
-  askNext();
+  // The picture is painted before the next program is started.
+  if (soon_ == 0) soon_ = g_idle_add_full(G_PRIORITY_LOW, askSoon, this, nullptr);
+}
+
+gboolean Host::askSoon(gpointer host) {
+  auto* self = static_cast<Host*>(host);
+  self->soon_ = 0;
+  malloc_trim(0);  // half an hour of waiting may follow; what starting up took can go
+  self->askNext();
+  return G_SOURCE_REMOVE;
 }
 
 void Host::lookAtClock() {
   const double now = wallClock();
-  // A clock that was set back must not give a program more time than it has.
-  if (schedule_.runDeadline)
-    schedule_.runDeadline = std::min(*schedule_.runDeadline, now + longestRun);
-  if (isRunOverdue(schedule_, now)) {
+  if (isRunOverdue(current())) {
     program_->kill();
-    schedule_.runDeadline = now + longestRun;
   } else if (!program_->isRunning() && isReloadDue(schedule_, now)) {
     schedule_ = rescheduled(std::nullopt, now);
     wantsTimeline_ = true;
@@ -147,6 +164,12 @@ void Host::lookAtClock() {
   setTimer();
 }
 
-void Host::setTimer() { timer_.set(nextChange(schedule_, wallClock())); }
+Schedule Host::current() const {
+  auto schedule = schedule_;
+  if (program_->isRunning()) schedule.running = runningTime() - askedAt_;
+  return schedule;
+}
+
+void Host::setTimer() { timer_.set(nextChange(current(), wallClock())); }
 
 }  // namespace desktop

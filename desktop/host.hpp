@@ -21,7 +21,11 @@ class Host {
   /// Asks the first question at once, before a display is opened.
   Host(const CommandLine& line, std::string program, std::function<void()> quit);
 
-  /// Opens the window; the display must be open.
+  ~Host();
+  Host(const Host&) = delete;
+  Host& operator=(const Host&) = delete;
+
+  /// Opens the window and keeps the choices; the display must be open.
   void openWindow();
   /// Takes the options of a further call.
   void apply(const CommandLine& line);
@@ -30,10 +34,13 @@ class Host {
   void change(Placement placement);
   WindowActions actions();
   void rememberScale();
+  void save() const;
   void askNext();
+  static gboolean askSoon(gpointer host);
   void ask(bool timeline);
   void finished(const Question& question, RunResult result);
   void lookAtClock();
+  [[nodiscard]] Schedule current() const;
   void setTimer();
   [[nodiscard]] int scale() const;
 
@@ -42,6 +49,8 @@ class Host {
   Schedule schedule_;
   bool wantsSnapshot_ = true;
   bool wantsTimeline_ = true;
+  double askedAt_ = 0;  // running time
+  unsigned soon_ = 0;   // source of askSoon
   std::optional<std::string> lastFailure_;
   std::unique_ptr<WidgetProgram> program_;
   std::unique_ptr<WidgetWindow> window_;

@@ -31,6 +31,11 @@ std::vector<std::string> words(char** arguments, int count) {
   return {arguments + 1, arguments + count};
 }
 
+bool isProgram(const std::string& file) {
+  return g_file_test(file.c_str(), G_FILE_TEST_IS_REGULAR) != FALSE &&
+         g_file_test(file.c_str(), G_FILE_TEST_IS_EXECUTABLE) != FALSE;
+}
+
 gboolean quit(gpointer data) {
   auto* session = static_cast<Session*>(data);
   g_application_quit(session->application);
@@ -42,8 +47,6 @@ int start(Session& session, const CommandLine& line) {
   const auto program = line.widget ? line.widget : findWidgetProgram();
   if (!program)
     return complain("no velmora-widget beside this program or on PATH; name one with --widget", 1);
-  if (!g_file_test(program->c_str(), G_FILE_TEST_IS_EXECUTABLE))
-    return complain("'" + *program + "' is no program; name another with --widget", 1);
   session.host = std::make_unique<Host>(line, *program, [&session] { quit(&session); });
   if (const auto problem = openDisplay()) {
     session.host.reset();
@@ -65,6 +68,12 @@ int handleCommandLine(GApplication*, GApplicationCommandLine* call, gpointer dat
       parseCommandLine(words(arguments, count), folder == nullptr ? "/" : folder, line);
   g_strfreev(arguments);
   if (early) return early->status;  // said by the calling process already
+  if (line.widget && !isProgram(*line.widget)) {
+    g_application_command_line_printerr(
+        call, "velmora-desktop: '%s' is no program; name another with --widget\n",
+        line.widget->c_str());
+    return 1;
+  }
   if (!session.host) return start(session, line);
   session.host->apply(line);
   return 0;

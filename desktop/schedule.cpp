@@ -17,13 +17,13 @@ bool isReloadDue(const Schedule& schedule, double now) {
   return now >= schedule.reloadDate || now < schedule.askedAt;
 }
 
-bool isRunOverdue(const Schedule& schedule, double now) {
-  return schedule.runDeadline && now >= *schedule.runDeadline;
+bool isRunOverdue(const Schedule& schedule) {
+  return schedule.running && *schedule.running >= longestRun;
 }
 
 double nextChange(const Schedule& schedule, double now) {
   // While a program runs, its answer will say when to reload.
-  if (schedule.runDeadline) return std::max(now, *schedule.runDeadline);
+  if (schedule.running) return now + std::max(0.0, longestRun - *schedule.running);
   return isReloadDue(schedule, now) ? now : schedule.reloadDate;
 }
 
@@ -33,14 +33,15 @@ Schedule rescheduled(std::optional<double> reloadDate, double now) {
 }
 
 std::optional<double> unixSecondsFromIso(const std::string& text) {
-  int year = 0, month = 0, day = 0, hour = 0, minute = 0, end = 0;
-  double second = 0;
-  const int fields = std::sscanf(text.c_str(), "%4d-%2d-%2dT%2d:%2d:%6lfZ%n", &year, &month, &day,
-                                 &hour, &minute, &second, &end);
-  if (fields != 6 || static_cast<std::size_t>(end) != text.size()) return std::nullopt;
+  int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0, millisecond = 0, end = 0;
+  // Integers alone: what a decimal point is depends on the user's locale.
+  const int fields = std::sscanf(text.c_str(), "%4d-%2d-%2dT%2d:%2d:%2d.%3dZ%n", &year, &month,
+                                 &day, &hour, &minute, &second, &millisecond, &end);
+  if (fields != 7 || static_cast<std::size_t>(end) != text.size()) return std::nullopt;
   const auto midnight = platform::UtcCalendar{}.date({year, month, day});
   if (!midnight) return std::nullopt;
-  return platform::unixSeconds(*midnight) + hour * 3600 + minute * 60 + second;
+  return platform::unixSeconds(*midnight) + hour * 3600 + minute * 60 + second +
+         millisecond / 1000.0;
 }
 
 }  // namespace desktop

@@ -16,8 +16,9 @@ inline constexpr double longestRun = 360;
 struct Schedule {
   double askedAt = 0;     ///< when the reload date became known
   double reloadDate = 0;  ///< when to ask for the next timeline
-  /// When the running widget program is to be ended; absent while none runs.
-  std::optional<double> runDeadline;
+  /// For how long the widget program has run, seconds of running time (not of the wall clock,
+  /// which may be set, nor of suspend); absent while none runs.
+  std::optional<double> running;
 };
 
 /// When anything changes next: at once (`now`) when it is due, also when the clock was set back
@@ -25,7 +26,7 @@ struct Schedule {
 double nextChange(const Schedule& schedule, double now);
 
 bool isReloadDue(const Schedule& schedule, double now);
-bool isRunOverdue(const Schedule& schedule, double now);
+bool isRunOverdue(const Schedule& schedule);
 
 /// The schedule after a timeline with that reload date (absent when there was none to be had, or
 /// the program failed). A date that has passed already, or is more than a day ahead, counts as

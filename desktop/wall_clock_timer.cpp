@@ -28,6 +28,11 @@ double wallClock() {
   return now.count();
 }
 
+double runningTime() {
+  const std::chrono::duration<double> now = std::chrono::steady_clock::now().time_since_epoch();
+  return now.count();
+}
+
 WallClockTimer::WallClockTimer(std::function<void()> fired)
     : fired_(std::move(fired)),
       descriptor_(timerfd_create(CLOCK_REALTIME, TFD_NONBLOCK | TFD_CLOEXEC)),

@@ -7,6 +7,9 @@ namespace desktop {
 /// Unix seconds of the wall clock.
 double wallClock();
 
+/// Seconds since some moment, of a clock that nobody sets and that stands still during suspend.
+double runningTime();
+
 /// One one-shot timer on the wall clock in the main loop. A date that passes during suspend, and a
 /// clock that is set, are noticed at once.
 class WallClockTimer {

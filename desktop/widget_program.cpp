@@ -48,6 +48,10 @@ void WidgetProgram::ask(const Question& question, std::function<void(RunResult)>
   folder_ = folder == nullptr ? "" : folder;
   g_free(folder);
   output_ = memfd_create("velmora-widget output", MFD_CLOEXEC);
+  if (folder_.empty() || output_ < 0) {
+    watch_ = g_idle_add(failedToStart, this);
+    return;
+  }
   const int nothing = open("/dev/null", O_RDWR | O_CLOEXEC);
 
   std::vector<std::string> words{file_,      question.timeline ? "timeline" : "snapshot",

@@ -27,6 +27,8 @@ void roundedRectangle(cairo_t* context, double width, double height) {
   cairo_close_path(context);
 }
 
+bool hasMonitor() { return gdk_display_get_n_monitors(gdk_display_get_default()) > 0; }
+
 std::string joined(const std::vector<std::string>& phrases) {
   std::string text;
   for (const auto& phrase : phrases) text += (text.empty() ? "" : ". ") + phrase;
@@ -49,7 +51,6 @@ constexpr MenuChoice cornerChoices[] = {{"Top left", "top-left"},
 WidgetWindow::WidgetWindow(WindowActions actions)
     : actions_(std::move(actions)), window_(GTK_WINDOW(gtk_window_new(GTK_WINDOW_TOPLEVEL))) {
   gtk_window_set_title(window_, "Velmora");
-  gtk_window_set_icon_name(window_, "velmora");
   gtk_window_set_decorated(window_, FALSE);
   gtk_window_set_resizable(window_, FALSE);
   gtk_widget_set_app_paintable(GTK_WIDGET(window_), TRUE);
@@ -79,7 +80,7 @@ void WidgetWindow::connectSignals() {
           }));
   connect(window_, "delete-event",
           G_CALLBACK(+[](GtkWidget*, GdkEvent*, gpointer data) -> gboolean {
-            self(data).actions_.quit();
+            self(data).close();
             return TRUE;
           }));
   connect(window_, "button-press-event",
@@ -133,7 +134,7 @@ void WidgetWindow::show(Picture picture, int scale, const std::vector<std::strin
   AtkObject* accessible = gtk_widget_get_accessible(GTK_WIDGET(window_));
   atk_object_set_description(accessible, joined(phrases).c_str());
   atk_object_set_name(accessible, joined(phrases).c_str());
-  if (gtk_widget_get_visible(GTK_WIDGET(window_)) == FALSE) {
+  if (gtk_widget_get_visible(GTK_WIDGET(window_)) == FALSE && hasMonitor()) {
     gtk_widget_show(GTK_WIDGET(window_));
     currentScreen().place(window_, placement_, findMonitor(placement_.monitor));
     cutCorners();
@@ -262,9 +263,25 @@ void WidgetWindow::release() {
   int x = 0;
   int y = 0;
   gtk_window_get_position(window_, &x, &y);
+  GdkDisplay* display = gtk_widget_get_display(GTK_WIDGET(window_));
+  const auto size = familySize(placement_.family);
+  GdkMonitor* monitor =
+      gdk_display_get_monitor_at_point(display, x + size.width / 2, y + size.height / 2);
+  const char* name = gdk_monitor_get_model(monitor);
   GdkRectangle area;
-  gdk_monitor_get_workarea(findMonitor(placement_.monitor), &area);
-  actions_.moved({x - area.x, y - area.y});
+  gdk_monitor_get_workarea(monitor, &area);
+  actions_.moved(name == nullptr ? "" : name, {x - area.x, y - area.y});
+}
+
+/// A user who closes the window wants it gone; a layer shell closes it when its output goes, and
+/// then it comes back on another.
+void WidgetWindow::close() {
+  if (currentScreen().movable) {
+    actions_.quit();
+    return;
+  }
+  gtk_widget_hide(GTK_WIDGET(window_));
+  if (hasMonitor()) actions_.screenChanged();  // else when one comes
 }
 
 }  // namespace desktop

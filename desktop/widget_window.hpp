@@ -16,7 +16,8 @@ namespace desktop {
 struct WindowActions {
   std::function<void(const std::string& family)> chooseFamily;
   std::function<void(Corner corner)> chooseCorner;
-  std::function<void(Point position)> moved;  ///< from the work area's top left
+  /// Dragged to there: the monitor's name (empty when unknown), and from its work area's top left.
+  std::function<void(const std::string& monitor, Point position)> moved;
   std::function<void()> refresh;
   std::function<void()> quit;
   /// The screen's scale or the set of monitors has changed.
@@ -48,6 +49,7 @@ class WidgetWindow {
   void press(const GdkEventButton* event);
   void drag(const GdkEventMotion* event);
   void release();
+  void close();
 
   WindowActions actions_;
   GtkWindow* window_;

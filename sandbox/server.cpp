@@ -107,6 +107,10 @@ Answer answerTokenRequest(const httplib::Request& request) {
 class Server::Implementation {
  public:
   explicit Implementation(ServerOptions options) : options_(std::move(options)) {
+    server_.set_socket_options([](socket_t socket) {  // unlike the usual ones, never share a port
+      const int yes = 1;
+      setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+    });
     server_.set_tcp_nodelay(true);
     server_.set_keep_alive_max_count(1'000'000);
     server_.set_payload_max_length(1U << 20U);

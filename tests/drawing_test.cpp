@@ -234,7 +234,7 @@ TEST_F(Drawing, hostileFiguresStayInBounds) {
     snapshot.today = snapshot.yesterday = snapshot.monthToDate = figure;
     snapshot.perfYesterday = {figure, figure, figure, figure, figure, figure};
     snapshot.currency = currency;
-    snapshot.balance = std::string(1000, 'W') + "\n\xff\0é";
+    snapshot.balance = std::string(1000, 'W') + "\n\u2028\xff\0é";
     for (const auto family :
          {WidgetFamily::systemSmall, WidgetFamily::systemMedium, WidgetFamily::systemLarge}) {
       const auto list = draw(entry, family);

@@ -56,6 +56,12 @@ TEST_F(UserDefaultsTest, setsDamagedFilesAsideAndLosesNothingOfThem) {
   for (const auto& entry : fs::directory_iterator(defaultsFile().parent_path()))
     kept = kept || tests::readFile(entry.path()) == rubbish;
   EXPECT_TRUE(kept);
+  auto torn = tests::readFile(defaultsFile());
+  torn.replace(4096, torn.size() - 4096, torn.size() - 4096, 'x');  // all but the first page
+  tests::writeFile(defaultsFile(), torn);
+  EXPECT_EQ(defaults.string("a"), std::nullopt);
+  defaults.setString("a", "newer");
+  EXPECT_EQ(defaults.string("a"), "newer");
   fs::remove(defaultsFile());
   fs::create_directory(defaultsFile());
   defaults.setString("a", "in the place of a folder");

@@ -103,6 +103,8 @@ Exchange exchange(CURL* handle, const HttpRequest& request, const Origin& origin
   curl_easy_setopt(handle, CURLOPT_PROTOCOLS_STR, "http,https");
   curl_easy_setopt(handle, CURLOPT_HTTPHEADER, headers.get());
   curl_easy_setopt(handle, CURLOPT_NOSIGNAL, 1L);
+  // A name server that does not answer must not prolong the time.
+  curl_easy_setopt(handle, CURLOPT_QUICK_EXIT, 1L);
   curl_easy_setopt(handle, CURLOPT_TIMEOUT_MS, static_cast<long>(timeLeft.count()));
   curl_easy_setopt(handle, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(largestAnswer));
   curl_easy_setopt(handle, CURLOPT_WRITEFUNCTION, receiveBody);

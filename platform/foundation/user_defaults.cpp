@@ -60,7 +60,12 @@ bool isUsable(const fs::path& file) {
   std::error_code ignored;
   if (!fs::is_regular_file(file, ignored)) return false;
   const auto database = open(file);
-  return !database || !isDamaged(run(database.get(), "SELECT count(*) FROM sqlite_master", {}));
+  if (!database) return true;  // not damaged, as far as can be told
+  std::string verdict;
+  const int code = run(database.get(), "PRAGMA quick_check(1)", {}, [&verdict](sqlite3_stmt* row) {
+    verdict = reinterpret_cast<const char*>(sqlite3_column_text(row, 0));
+  });
+  return !isDamaged(code) && (code != SQLITE_DONE || verdict == "ok");
 }
 
 /// Moves a file that is no database out of the way, with what SQLite keeps beside it. The folder

@@ -120,6 +120,11 @@ KeychainLookup retrieve(SecretRetrievable* item, GCancellable* cancellable) {
   return {keychain_status::success, bytes == nullptr ? "" : std::string(bytes, length)};
 }
 
+/// The libraries would write their warnings to standard error.
+void silenceLibraries() {
+  g_log_set_default_handler([](const gchar*, GLogLevelFlags, const gchar*, gpointer) {}, nullptr);
+}
+
 bool isText(const std::string& attribute) {
   return attribute.find('\0') == std::string::npos &&
          g_utf8_validate(attribute.data(), static_cast<gssize>(attribute.size()), nullptr) != 0;
@@ -131,6 +136,7 @@ KeychainLookup lookUpGenericPassword(const std::string& service, const std::stri
                                      const std::string& accessGroup) {
   if (!isText(service) || !isText(account) || !isText(accessGroup))
     return {keychain_status::itemNotFound, std::nullopt};
+  silenceLibraries();
   Watchdog watchdog;
   std::int32_t status = keychain_status::success;
   const auto items = search(service, account, accessGroup, watchdog.cancellable(), status);

@@ -182,7 +182,8 @@ std::string paintPng(const DrawList& list) {
   const int height = pixels(list.size.height);
   const Surface surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height));
   check(cairo_surface_status(surface.get()));
-  paintOn(surface.get(), list, list.scale);
+  constexpr double leastScale = 1e-6;  // Cairo takes no matrix that it cannot invert
+  paintOn(surface.get(), list, std::max(list.scale, leastScale));
   return encodePng(surface.get(), width, height);
 }
 

@@ -71,6 +71,8 @@ std::string drawnText(const std::string& content, const FoundFont& font) {
     }
     if (byte < 0x20 || byte == 0x7F) text[i] = ' ';
   }
+  for (const char* lineBreak : {"\u0085", "\u2028", "\u2029"})
+    text = replaced(std::move(text), lineBreak, " ");
   return replaced(std::move(text), "\u202f", font.narrowSpace);
 }
 

@@ -33,6 +33,8 @@ check "show desktop keeps it" shows "$work/large.png" 636 24
 
 "$BIN/velmora-desktop" --family medium --corner bottom-left --margin 10
 check "a second call changes the running one" eventually shows "$work/medium.png" 10 588
+"$BIN/velmora-desktop" --widget /nowhere 2>"$work/said"
+check "a second call without a program is refused" test "$?/$(wc -l <"$work/said")" = 1/1
 check "only one window is there" test "$(xdotool search --onlyvisible --name '^Velmora$' | wc -l)" = 1
 check "the screen reader's text follows" grep -q 'Open Velmora to sign in' <<<"$(/usr/bin/python3 - <<'P'
 import gi
@@ -51,6 +53,11 @@ xdotool mousemove 100 650 mousedown 1 sleep 0.2 mousemove 140 500 sleep 0.2 \
 check "it can be dragged" eventually shows "$work/medium.png" 210 338
 xdotool mousemove 300 400 click 3 sleep 0.5 key Down sleep 0.2 key Return mousemove 900 700
 check "its menu changes the size" eventually shows "$work/small.png" 210 338
+xdotool mousemove 300 450 click 1 sleep 0.3 key Menu sleep 0.5 key Down key Down sleep 0.2 \
+  key Return mousemove 900 700
+check "so does the menu key" eventually shows "$work/large.png" 210 338
+"$BIN/velmora-desktop" --family small
+eventually shows "$work/small.png" 210 338
 stop_host TERM
 check "it ends cleanly on SIGTERM" test "$status" = 0
 check "it leaves no child" no_child_left
@@ -104,8 +111,10 @@ for wrong in --family=huge --margin=x --corner=middle extra; do
   "$BIN/velmora-desktop" $wrong 2>"$work/said"
   check "wrong call: $wrong" test "$?/$(wc -l <"$work/said")" = 2/1
 done
-env -u DISPLAY "$BIN/velmora-desktop" 2>"$work/said"
+rm -f "$work/config/velmora-desktop/placement.json"
+env -u DISPLAY "$BIN/velmora-desktop" --corner top-left 2>"$work/said"
 check "no display" test "$?/$(wc -l <"$work/said")" = 1/1
 "$BIN/velmora-desktop" --widget /nowhere 2>"$work/said"
 check "no widget program" test "$?/$(wc -l <"$work/said")" = 1/1
+check "calls that fail keep no choice" test ! -e "$work/config/velmora-desktop/placement.json"
 finish_test
