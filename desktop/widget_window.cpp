@@ -61,6 +61,7 @@ WidgetWindow::WidgetWindow(WindowActions actions)
                         GDK_BUTTON_PRESS_MASK | GDK_BUTTON_RELEASE_MASK | GDK_BUTTON1_MOTION_MASK);
   currentScreen().prepare(window_);
   connectSignals();
+  gtk_widget_realize(GTK_WIDGET(window_));  // now, while the widget program draws
 }
 
 WidgetWindow::~WidgetWindow() {
