@@ -19,7 +19,7 @@ std::filesystem::path resourceFolder();
 std::optional<std::string> readResource(const std::string& fileName);
 
 /// The folder for what the program remembers: `$XDG_STATE_HOME/NAME`, `~/.local/state/NAME`
-/// without it (XDG Base Directory Specification). Absent when there is no home.
+/// without it (the XDG base directories). Absent when there is no home.
 std::optional<std::filesystem::path> stateFolder();
 
 }  // namespace platform
