@@ -46,6 +46,28 @@ own_surroundings() {
   export DBUS_SESSION_BUS_ADDRESS
 }
 
+# An X server with a window manager, its wallpaper in one colour.
+start_x11() {
+  screenshot() { import -silent -window root "$1" 2>/dev/null; }
+  exec 9>"$work/display"
+  # Without -noreset the server forgets everything when its only client leaves.
+  Xvfb -displayfd 9 -noreset -screen 0 1024x768x24 >/dev/null 2>&1 &
+  xvfb=$!
+  children+=("$xvfb")
+  eventually test -s "$work/display" || { echo "no Xvfb"; exit 1; }
+  DISPLAY=:$(cat "$work/display")
+  export DISPLAY
+  unset WAYLAND_DISPLAY
+  openbox >/dev/null 2>&1 &
+  children+=($!)
+  eventually window_manager_runs || { echo "no window manager"; exit 1; }
+  xsetroot -solid '#7a8592'
+  eventually wallpaper_shows || { echo "no wallpaper"; exit 1; }
+}
+
+# xprop ends with 0 whether there is such a property or not.
+window_manager_runs() { xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id'; }
+
 start_host() { # options
   "$BIN/velmora-desktop" "$@" 2>>"$work/errors" &
   host=$!
@@ -74,6 +96,8 @@ shows() { # picture x y
 pixel() { # x y
   screenshot "$work/screen.png" && convert "$work/screen.png" -format "%[hex:p{$1,$2}]" info: | cut -c1-6
 }
+
+wallpaper_shows() { test "$(pixel 500 400)" = 7A8592; }
 
 widget_picture() { # family scale file
   "$BIN/velmora-widget" snapshot --family "$1" --scale "$2" --output "$3" >/dev/null

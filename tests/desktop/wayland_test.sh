@@ -19,10 +19,15 @@ WLR_BACKENDS=headless WLR_LIBINPUT_NO_DEVICES=1 WLR_RENDERER=pixman "${as_user[@
 sway=$!
 children+=("$sway")
 unset DISPLAY
-eventually bash -c "ls '$XDG_RUNTIME_DIR'/sway-ipc*.sock >/dev/null 2>&1" || { echo "no sway"; exit 1; }
+sway_listens() {
+  find "$XDG_RUNTIME_DIR" -name 'sway-ipc*.sock' | grep -q . &&
+    find "$XDG_RUNTIME_DIR" -name 'wayland-?' | grep -q .
+}
+eventually sway_listens || { echo "no sway"; exit 1; }
 WAYLAND_DISPLAY=$(basename "$(find "$XDG_RUNTIME_DIR" -name 'wayland-?')")
 SWAYSOCK=$(find "$XDG_RUNTIME_DIR" -name 'sway-ipc*.sock')
 export WAYLAND_DISPLAY SWAYSOCK
+eventually wallpaper_shows || { echo "no wallpaper"; exit 1; }
 for scale in 1 2; do widget_picture medium $scale "$work/medium-$scale.png"; done
 widget_picture small 2 "$work/small-2.png"
 

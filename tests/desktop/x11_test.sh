@@ -4,20 +4,7 @@ BIN=$1
 . "$(dirname "$0")/session.sh"
 own_surroundings
 
-exec 9>"$work/display"
-Xvfb -displayfd 9 -screen 0 1024x768x24 >/dev/null 2>&1 &
-xvfb=$!
-children+=("$xvfb")
-eventually test -s "$work/display" || { echo "no Xvfb"; exit 1; }
-DISPLAY=:$(cat "$work/display")
-export DISPLAY
-unset WAYLAND_DISPLAY
-openbox >/dev/null 2>&1 &
-children+=($!)
-eventually xprop -root _NET_SUPPORTING_WM_CHECK >/dev/null 2>&1
-xsetroot -solid '#7a8592'
-
-screenshot() { import -silent -window root "$1" 2>/dev/null; }
+start_x11
 window() { xdotool search --onlyvisible --name '^Velmora$' 2>/dev/null | head -1; }
 for family in small medium large; do widget_picture $family 1 "$work/$family.png"; done
 
