@@ -4,14 +4,16 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
+
+#include "platform/foundation/files.hpp"
 
 namespace platform {
 
 namespace fs = std::filesystem;
 
 namespace {
+
+constexpr std::size_t largestResource = 1U << 20U;
 
 std::optional<fs::path> homeFolder() {
   if (const char* home = std::getenv("HOME"); home != nullptr && *home == '/') return home;
@@ -29,13 +31,11 @@ fs::path resourceFolder() {
 }
 
 std::optional<std::string> readResource(const std::string& fileName) {
-  const auto path = resourceFolder() / fileName;
-  std::error_code ignored;
-  if (!fs::is_regular_file(path, ignored)) return std::nullopt;
-  std::ifstream file(path, std::ios::binary);
-  std::string bytes{std::istreambuf_iterator<char>(file), {}};
-  if (!file || file.bad()) return std::nullopt;
-  return bytes;
+  try {
+    return readRegularFile(resourceFolder() / fileName, largestResource);
+  } catch (const FileError&) {
+    return std::nullopt;
+  }
 }
 
 std::optional<fs::path> stateFolder() {

@@ -10,6 +10,7 @@
 #include <functional>
 
 #include "platform/foundation/bundle.hpp"
+#include "platform/foundation/files.hpp"
 #include "platform/foundation/raii.hpp"
 
 namespace platform {
@@ -71,9 +72,9 @@ bool isUsable(const fs::path& file) {
 /// Moves a file that is no database out of the way, with what SQLite keeps beside it. The folder
 /// is locked meanwhile, so that two processes do not set each other's fresh store aside.
 void setAside(const fs::path& file) {
-  const int folder = ::open(file.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (folder < 0) return;
-  flock(folder, LOCK_EX);
+  const Descriptor folder(::open(file.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (!folder) return;
+  flock(folder.get(), LOCK_EX);
   std::error_code ignored;
   if (fs::exists(file, ignored) && !isUsable(file)) {
     const auto name = file.string() + ".damaged-" + std::to_string(::time(nullptr));
@@ -84,22 +85,14 @@ void setAside(const fs::path& file) {
                  ignored);
     }
   }
-  ::close(folder);
 }
 
 /// Makes the folder and the empty file, private to the user whatever the umask says.
 void createFile(const fs::path& file) {
-  std::error_code ignored;
-  const auto folder = file.parent_path();
-  if (!fs::exists(folder, ignored)) {
-    fs::create_directories(folder.parent_path(), ignored);
-    if (::mkdir(folder.c_str(), S_IRWXU) == 0) ::chmod(folder.c_str(), S_IRWXU);
-  }
-  const int descriptor =
-      ::open(file.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
-  if (descriptor < 0) return;
-  ::fchmod(descriptor, S_IRUSR | S_IWUSR);
-  ::close(descriptor);
+  makePrivateFolders(file.parent_path());
+  const Descriptor descriptor(
+      ::open(file.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
+  if (descriptor) ::fchmod(descriptor.get(), S_IRUSR | S_IWUSR);
 }
 
 /// Opens the store and runs `use`, which returns SQLite's code. A damaged file is set aside and
