@@ -8,7 +8,7 @@
 #include "VelmoraWidget/EarningsWidgetView.hpp"
 #include "VelmoraWidget/PerformanceMetrics.hpp"
 #include "VelmoraWidget/WidgetComponents.hpp"
-#include "platform/foundation/languages.hpp"
+#include "platform/foundation/localized_strings.hpp"
 #include "platform/foundation/raii.hpp"
 #include "platform/views/element.hpp"
 #include "platform/views/layout.hpp"
@@ -259,7 +259,7 @@ BENCHMARK(handWrittenLarge);
 
 int main(int argumentCount, char** arguments) {
   setenv("LANGUAGE", "en_US", 1);
-  initializeLanguages();
+  loadStringTables();
   benchmark::Initialize(&argumentCount, arguments);
   benchmark::RunSpecifiedBenchmarks();
 }

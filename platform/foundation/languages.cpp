@@ -1,17 +1,9 @@
 #include "platform/foundation/languages.hpp"
 
-#include <libintl.h>
-#include <locale.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <map>
 #include <sstream>
-
-#include "platform/foundation/bundle.hpp"
-
-// Part of the C library's interface, in none of its headers.
-extern "C" int _nl_msg_cat_cntr;
 
 namespace platform {
 
@@ -37,18 +29,8 @@ std::string localeIdentifier(const std::string& posixName) {
   return language + "_" + script->second + name.substr(language.size());
 }
 
-/// The languages for gettext, up to the first English one: the keys are English, so a table of a
-/// language that stands behind it is never wanted. gettext wants underscores.
-std::string stringTableLanguages() {
-  auto languages = preferredLanguages();
-  if (languages.empty()) languages.push_back(currentLocaleIdentifier());
-  std::string list;
-  for (auto& language : languages) {
-    std::replace(language.begin(), language.end(), '-', '_');
-    list += (list.empty() ? "" : ":") + language;
-    if (language == "en" || language.starts_with("en_")) break;
-  }
-  return list;
+bool isEnglish(const std::string& language) {
+  return language == "en" || language.starts_with("en_") || language.starts_with("en-");
 }
 
 }  // namespace
@@ -70,15 +52,11 @@ std::string currentLocaleIdentifier() {
   return "en_US";
 }
 
-void initializeLanguages() {
-  // gettext looks nothing up in the "C" locale; C.UTF-8 is part of the C library.
-  setlocale(LC_ALL, "C.UTF-8");
-  const std::string domain(mainBundleName);
-  bindtextdomain(domain.c_str(), (resourceFolder() / "locale").c_str());
-  bind_textdomain_codeset(domain.c_str(), "UTF-8");
-  // gettext reads this variable alone; what it says of the preferred languages stays the same.
-  setenv("LANGUAGE", stringTableLanguages().c_str(), 1);
-  ++_nl_msg_cat_cntr;  // gettext's way to be told that the languages may have changed
+std::vector<std::string> stringTableLanguages() {
+  auto languages = preferredLanguages();
+  if (languages.empty()) languages.push_back(currentLocaleIdentifier());
+  languages.erase(std::find_if(languages.begin(), languages.end(), isEnglish), languages.end());
+  return languages;
 }
 
 }  // namespace platform

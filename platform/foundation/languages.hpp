@@ -13,9 +13,9 @@ std::vector<std::string> preferredLanguages();
 /// set; "C", "POSIX" and nothing at all mean "en_US".
 std::string currentLocaleIdentifier();
 
-/// Prepares the process for string tables in the user's languages, whatever system locales are
-/// generated. To be called at the start of the program, before any other thread, and again after
-/// the variables above have been changed. Writes `LANGUAGE`.
-void initializeLanguages();
+/// The languages whose string tables are wanted, most preferred first: the preferred ones, else the
+/// current locale's, up to the first English one. The keys are English, so a table of a language
+/// that stands behind it is never wanted.
+std::vector<std::string> stringTableLanguages();
 
 }  // namespace platform

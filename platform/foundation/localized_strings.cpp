@@ -1,14 +1,50 @@
 #include "platform/foundation/localized_strings.hpp"
 
-#include <libintl.h>
+#include <boost/locale/gnu_gettext.hpp>
+#include <boost/locale/message.hpp>
 
 #include <regex>
 
 #include "platform/foundation/bundle.hpp"
+#include "platform/foundation/files.hpp"
+#include "platform/foundation/languages.hpp"
 
 namespace platform {
 
 namespace {
+
+namespace gettext = boost::locale::gnu_gettext;
+using Catalog = boost::locale::message_format<char>;
+
+constexpr std::size_t largestCatalog = 4U << 20U;
+
+/// The catalogs of the user's languages, most preferred first; each locale owns one.
+std::vector<std::locale>& stringTables() {
+  static std::vector<std::locale> tables;
+  return tables;
+}
+
+/// Nothing for a file that is not there, which the library takes for a missing catalog.
+std::vector<char> readCatalog(const std::string& file, const std::string&) {
+  try {
+    const auto bytes = readRegularFile(file, largestCatalog);
+    return {bytes.begin(), bytes.end()};
+  } catch (const FileError&) {
+    return {};
+  }
+}
+
+std::locale catalogLocale(const std::string& language) {
+  gettext::messages_info info;
+  const auto end = language.find_first_of("_-");
+  info.language = language.substr(0, end);
+  if (end != std::string::npos) info.country = language.substr(end + 1);
+  info.encoding = "UTF-8";
+  info.paths.push_back(resourceFolder() / "locale");
+  info.domains.emplace_back(std::string(mainBundleName));
+  info.callback = readCatalog;
+  return {std::locale::classic(), gettext::create_messages_facet<char>(info)};
+}
 
 std::string text(const FormatArgument& argument) {
   if (const auto* integer = std::get_if<std::int64_t>(&argument)) return std::to_string(*integer);
@@ -17,10 +53,23 @@ std::string text(const FormatArgument& argument) {
 
 }  // namespace
 
+void loadStringTables() {
+  stringTables().clear();
+  for (const auto& language : stringTableLanguages()) {
+    try {
+      stringTables().push_back(catalogLocale(language));
+    } catch (const std::exception&) {
+      // A damaged catalog is none: the next language's, or the keys, stand in.
+    }
+  }
+}
+
 std::string localizedString(const char* key) {
-  if (*key == '\0') return "";  // gettext answers this one with the table's header
-  static const std::string domain(mainBundleName);
-  return dgettext(domain.c_str(), key);
+  if (*key == '\0') return "";  // a catalog has its header under this one
+  for (const auto& table : stringTables()) {
+    if (const char* found = std::use_facet<Catalog>(table).get(0, nullptr, key)) return found;
+  }
+  return key;
 }
 
 std::string localizedFormat(const char* key, const std::vector<FormatArgument>& arguments) {

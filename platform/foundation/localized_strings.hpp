@@ -10,6 +10,11 @@ namespace platform {
 /// An argument of a localized format: an integer for "%lld", a text for "%s".
 using FormatArgument = std::variant<std::int64_t, std::string>;
 
+/// Reads the program's string tables (gettext catalogs) for the user's languages, whatever locales
+/// the C library has. To be called at the start of the program, before any other thread, and again
+/// after the languages have changed; before it, every text is its key.
+void loadStringTables();
+
 /// The text for a key in the program's string table for the user's language; the key itself
 /// without a translation.
 std::string localizedString(const char* key);

@@ -10,7 +10,7 @@
 
 #include "platform/foundation/background_tasks.hpp"
 #include "platform/foundation/bundle.hpp"
-#include "platform/foundation/languages.hpp"
+#include "platform/foundation/localized_strings.hpp"
 
 namespace platform {
 
@@ -142,7 +142,7 @@ int report(const WidgetConfiguration& widget, const HostCall& call) {
 
 void prepareWidgetProcess() {
   std::signal(SIGPIPE, SIG_IGN);  // a reader that went away is an error to report, not a death
-  initializeLanguages();
+  loadStringTables();
 }
 
 int answerHost(const std::vector<WidgetConfiguration>& widgets, int argumentCount,

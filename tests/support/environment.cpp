@@ -7,7 +7,7 @@
 #include <iterator>
 
 #include "platform/foundation/bundle.hpp"
-#include "platform/foundation/languages.hpp"
+#include "platform/foundation/localized_strings.hpp"
 
 namespace tests {
 
@@ -84,7 +84,7 @@ void Environment::clearKeychain() {
 
 void Environment::setLanguages(const std::string& languages) {
   setenv("LANGUAGE", languages.c_str(), 1);
-  platform::initializeLanguages();
+  platform::loadStringTables();
 }
 
 void Environment::writeClientFile(const std::string& content) {
