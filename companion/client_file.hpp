@@ -1,0 +1,49 @@
+#pragma once
+
+#include <exception>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "VelmoraWidget/OAuthConfig.hpp"
+
+namespace companion {
+
+/// An OAuth client as the provider's file describes it.
+struct Client {
+  velmora::OAuthConfig config;
+  bool isWeb = false;  ///< kind "web", else "installed" (a desktop application)
+  std::vector<std::string> redirectURIs;
+};
+
+/// A file that cannot serve as client file; `what()` says why and what to pick instead, in the
+/// user's language.
+class ClientFileError : public std::exception {
+ public:
+  explicit ClientFileError(std::string description) : description_(std::move(description)) {}
+
+  [[nodiscard]] const char* what() const noexcept override { return description_.c_str(); }
+
+ private:
+  std::string description_;
+};
+
+/// The client that is in force for every program of Velmora, and where it stands.
+struct ClientInForce {
+  Client client;
+  std::filesystem::path file;
+};
+
+/// Reads and checks a client file's text. Throws ClientFileError.
+Client parseClientFile(std::string_view text);
+
+/// The user's own client file, else the installation's; absent without a usable one.
+std::optional<ClientInForce> clientInForce();
+
+/// Checks a file and takes it over for this user, whole or not at all. Another client than before
+/// forgets the account and the figures of the former one. Throws ClientFileError.
+ClientInForce takeOverClientFile(const std::filesystem::path& file);
+
+}  // namespace companion

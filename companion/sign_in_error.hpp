@@ -1,0 +1,40 @@
+#pragma once
+
+#include <exception>
+#include <string>
+
+namespace companion {
+
+/// Why nobody could be signed in, or out; `what()` says what happened and what to do next, in the
+/// user's language, and never holds a secret.
+class SignInError : public std::exception {
+ public:
+  enum class Case {
+    noClientFile,
+    noLoopbackAddress,  ///< a client of kind "web" whose redirect addresses all lie elsewhere
+    portTaken,
+    keyringLocked,
+    keyringMissing,
+    keyringFailed,
+    denied,       ///< the user refused
+    refused,      ///< the provider refused, at the authorization or at the token endpoint
+    unreachable,  ///< the token endpoint gave no answer that can be read
+    noRefreshToken,
+    noPermission,  ///< the granted scope lacks AdSense
+    noAccount,     ///< the Google account has no AdSense account
+    timeLimit,
+    cancelled
+  };
+
+  /// `detail` completes the cases that name something: a port, the provider's message.
+  explicit SignInError(Case errorCase, const std::string& detail = "");
+
+  [[nodiscard]] const char* what() const noexcept override { return description_.c_str(); }
+
+  Case kind;
+
+ private:
+  std::string description_;
+};
+
+}  // namespace companion
