@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
+#include <unistd.h>
 
 #include <filesystem>
 #include <thread>
@@ -148,6 +149,29 @@ TEST_F(Programs, picturesAreWrittenWholeOrNotAtAll) {
   EXPECT_EQ(tests::readFile(folder_ / "a.png"), before);
   for (const auto& entry : fs::directory_iterator(folder_))
     EXPECT_FALSE(entry.path().filename().string().starts_with(".")) << entry.path();
+}
+
+TEST_F(Programs, closedStreamsAreNobodyElses) {
+  const auto call = std::string(installedWidget) + " snapshot";
+  for (const char* closed : {" >&-", " >&- 2>&-"})
+    EXPECT_EQ(tests::run({"/bin/sh", "-c", call + closed}).status, 1) << closed;
+  EXPECT_EQ(tests::run({"/bin/sh", "-c", call + " <&- 2>&-"}).status, 0);
+}
+
+// Root is not bound by the limit, so the program runs as another user.
+TEST_F(Programs, aLackOfThreadsIsNoEnd) {
+  if (::getuid() != 0) GTEST_SKIP() << "needs root, to become a user without other processes";
+  fs::permissions(folder_, fs::perms::all);
+  const auto program = folder_ / "velmora-widget";  // the build tree may be closed to that user
+  fs::copy_file(installedWidget, program);
+  for (const int limit : {1, 2, 3, 16, 24}) {  // between, the text library may end it
+    const auto result =
+        tests::run({"/usr/bin/setpriv", "--reuid", "64999", "--regid", "64999", "--clear-groups",
+                    "/usr/bin/prlimit", "--nproc=" + std::to_string(limit), "/usr/bin/env",
+                    "ASAN_OPTIONS=detect_leaks=0", program, "timeline"});
+    EXPECT_EQ(result.status, limit < 4 ? 1 : 0) << limit << result.errors;
+    EXPECT_EQ(result.errors.empty(), result.status == 0) << limit;
+  }
 }
 
 TEST_F(Programs, stringTablesWorkWithoutSystemLocales) {

@@ -1,6 +1,7 @@
 #include "platform/foundation/files.hpp"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -16,21 +17,56 @@ namespace fs = std::filesystem;
 
 namespace {
 
+constexpr int mostMilliseconds = 10'000;
+
 std::string systemMessage(int code) { return std::generic_category().message(code); }
 
-FileError notWritable(const fs::path& file) {
+FileError notWritable(const fs::path& file, int code = errno) {
   return {FileError::Case::notWritable,
-          "cannot write " + file.string() + ": " + systemMessage(errno)};
+          "cannot write " + file.string() + ": " + systemMessage(code)};
+}
+
+/// Waits until a pipe takes more.
+bool becomesWritable(int descriptor) {
+  pollfd waiting{descriptor, POLLOUT, 0};
+  if (::poll(&waiting, 1, mostMilliseconds) > 0) return true;
+  errno = ETIMEDOUT;
+  return false;
 }
 
 bool writeAll(int descriptor, std::string_view bytes) {
   while (!bytes.empty()) {
     const auto count = ::write(descriptor, bytes.data(), bytes.size());
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return false;
-    bytes.remove_prefix(static_cast<std::size_t>(count));
+    if (count >= 0) {
+      bytes.remove_prefix(static_cast<std::size_t>(count));
+    } else if (errno != EINTR && (errno != EAGAIN || !becomesWritable(descriptor))) {
+      return false;
+    }
   }
   return true;
+}
+
+/// Writes beside the file, under a name that is never too long, and moves it into its place.
+void replaceFile(const fs::path& file, std::string_view bytes, mode_t permissions, bool durable) {
+  auto beside = (file.parent_path() / ".velmora-XXXXXX").string();
+  const Descriptor descriptor(::mkostemp(beside.data(), O_CLOEXEC));
+  if (!descriptor) throw notWritable(file);
+  const bool whole =
+      ::fchmod(descriptor.get(), permissions) == 0 && writeAll(descriptor.get(), bytes) &&
+      (!durable || ::fsync(descriptor.get()) == 0) && ::rename(beside.c_str(), file.c_str()) == 0;
+  if (whole) return;
+  const auto error = notWritable(file);
+  ::unlink(beside.c_str());
+  throw error;
+}
+
+/// Those of the file that is replaced, else what the umask leaves.
+mode_t permissionsOf(const fs::path& file) {
+  struct stat existing{};
+  if (::stat(file.c_str(), &existing) == 0) return existing.st_mode & 0777U;
+  const mode_t mask = ::umask(0);
+  ::umask(mask);
+  return 0666U & ~mask;
 }
 
 /// Reads to the end, but not much beyond `largest`: a file may grow meanwhile.
@@ -77,15 +113,20 @@ std::string readRegularFile(const fs::path& file, std::size_t largest) {
 
 void writePrivateFile(const fs::path& file, std::string_view bytes) {
   if (!makePrivateFolders(file.parent_path())) throw notWritable(file);
-  auto beside = (file.parent_path() / ".velmora-XXXXXX").string();
-  const Descriptor descriptor(::mkostemp(beside.data(), O_CLOEXEC));
-  if (!descriptor) throw notWritable(file);
-  const bool whole = writeAll(descriptor.get(), bytes) && ::fsync(descriptor.get()) == 0 &&
-                     ::rename(beside.c_str(), file.c_str()) == 0;
-  if (whole) return;
-  const auto error = notWritable(file);
-  ::unlink(beside.c_str());
-  throw error;
+  replaceFile(file, bytes, S_IRUSR | S_IWUSR, true);
+}
+
+void writeOutputFile(const fs::path& file, std::string_view bytes) {
+  std::error_code failure;
+  const bool isLink = fs::is_symlink(fs::symlink_status(file, failure));
+  const auto target = isLink ? fs::weakly_canonical(file, failure) : fs::absolute(file, failure);
+  if (target.empty()) throw notWritable(file, failure.value());
+  if (!fs::exists(target, failure) || fs::is_regular_file(target, failure)) {
+    replaceFile(target, bytes, permissionsOf(target), false);
+    return;
+  }
+  const Descriptor descriptor(::open(target.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+  if (!descriptor || !writeAll(descriptor.get(), bytes)) throw notWritable(file);
 }
 
 bool makePrivateFolders(const fs::path& folder) {

@@ -26,6 +26,11 @@ std::string readRegularFile(const std::filesystem::path& file, std::size_t large
 /// moved there, 0600 from the start. Missing folders are made. Throws FileError.
 void writePrivateFile(const std::filesystem::path& file, std::string_view bytes);
 
+/// Writes the file that a user named: it holds all of the bytes, or is as it was before, and keeps
+/// its permissions. A link is followed. A device or a pipe is written as it is, and one that takes
+/// nothing for some seconds is given up. Throws FileError.
+void writeOutputFile(const std::filesystem::path& file, std::string_view bytes);
+
 /// Makes a folder and those above it that are missing, each for the user alone (0700), as the XDG
 /// base directories want it. Folders that are there stay as they are. Returns whether it is there.
 bool makePrivateFolders(const std::filesystem::path& folder);

@@ -1,113 +1,16 @@
 #include "platform/keychain/keychain.hpp"
 
-#include <libsecret/secret.h>
-
 #include <algorithm>
 #include <chrono>
-#include <condition_variable>
-#include <mutex>
-#include <thread>
-#include <vector>
 
-#include "platform/foundation/raii.hpp"
+#include "platform/keychain/deadline.hpp"
+#include "platform/keychain/secret_items.hpp"
 
 namespace platform {
 
 namespace {
 
 constexpr std::chrono::seconds deadline{5};
-
-template <class T>
-using Object = Owned<T, g_object_unref>;
-using Error = Owned<GError, g_error_free>;
-using Attributes = Owned<GHashTable, g_hash_table_unref>;
-using Value = Owned<SecretValue, secret_value_unref>;
-
-/// Cancels the operations that carry its cancellable when it has lived for the deadline.
-class Watchdog {
- public:
-  Watchdog() : cancellable_(g_cancellable_new()), thread_([this] { watch(); }) {}
-  ~Watchdog() {
-    {
-      const std::lock_guard lock(mutex_);
-      done_ = true;
-    }
-    ended_.notify_all();
-    thread_.join();
-  }
-  Watchdog(const Watchdog&) = delete;
-  Watchdog& operator=(const Watchdog&) = delete;
-
-  GCancellable* cancellable() { return cancellable_.get(); }
-
- private:
-  void watch() {
-    std::unique_lock lock(mutex_);
-    if (!ended_.wait_for(lock, deadline, [this] { return done_; }))
-      g_cancellable_cancel(cancellable_.get());
-  }
-
-  Object<GCancellable> cancellable_;
-  std::mutex mutex_;
-  std::condition_variable ended_;
-  bool done_ = false;
-  std::thread thread_;
-};
-
-std::int32_t statusOf(const GError* error) {
-  if (g_error_matches(error, SECRET_ERROR, SECRET_ERROR_IS_LOCKED))
-    return keychain_status::interactionNotAllowed;
-  if (g_error_matches(error, SECRET_ERROR, SECRET_ERROR_NO_SUCH_OBJECT))
-    return keychain_status::itemNotFound;
-  if (g_error_matches(error, SECRET_ERROR, SECRET_ERROR_INVALID_FILE_FORMAT))
-    return keychain_status::undecodable;
-  if (g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED) ||
-      g_error_matches(error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT))
-    return keychain_status::timedOut;
-  if (g_error_matches(error, G_IO_ERROR, G_IO_ERROR_PERMISSION_DENIED) ||
-      g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_ACCESS_DENIED))
-    return keychain_status::accessDenied;
-  if (error->domain == G_IO_ERROR || error->domain == G_DBUS_ERROR)
-    return keychain_status::notAvailable;
-  return keychain_status::internalError;
-}
-
-/// The matching items, the one modified last first. Throws nothing; a failure is in `status`.
-std::vector<Object<SecretRetrievable>> search(const std::string& service,
-                                              const std::string& account,
-                                              const std::string& accessGroup,
-                                              GCancellable* cancellable, std::int32_t& status) {
-  // Items are matched by their attributes alone: whoever stored them used a schema of their own.
-  static const SecretSchema schema{"org.freedesktop.Secret.Generic",
-                                   SECRET_SCHEMA_DONT_MATCH_NAME,
-                                   {{"service", SECRET_SCHEMA_ATTRIBUTE_STRING},
-                                    {"account", SECRET_SCHEMA_ATTRIBUTE_STRING},
-                                    {"access-group", SECRET_SCHEMA_ATTRIBUTE_STRING}},
-                                   0,
-                                   nullptr,
-                                   nullptr,
-                                   nullptr,
-                                   nullptr,
-                                   nullptr,
-                                   nullptr,
-                                   nullptr};
-  const Attributes attributes(secret_attributes_build(&schema, "service", service.c_str(),
-                                                      "account", account.c_str(), "access-group",
-                                                      accessGroup.c_str(), nullptr));
-  GError* failure = nullptr;
-  GList* list = secret_password_searchv_sync(&schema, attributes.get(), SECRET_SEARCH_ALL,
-                                             cancellable, &failure);
-  const Error error(failure);
-  if (error) status = statusOf(error.get());
-  std::vector<Object<SecretRetrievable>> items;
-  for (GList* node = list; node != nullptr; node = node->next)
-    items.emplace_back(SECRET_RETRIEVABLE(node->data));
-  g_list_free(list);
-  std::stable_sort(items.begin(), items.end(), [](const auto& a, const auto& b) {
-    return secret_retrievable_get_modified(a.get()) > secret_retrievable_get_modified(b.get());
-  });
-  return items;
-}
 
 KeychainLookup retrieve(SecretRetrievable* item, GCancellable* cancellable) {
   GError* failure = nullptr;
@@ -130,6 +33,99 @@ bool isText(const std::string& attribute) {
          g_utf8_validate(attribute.data(), static_cast<gssize>(attribute.size()), nullptr) != 0;
 }
 
+KeychainLookup lookUp(const KeychainKey& key, GCancellable* cancellable) {
+  std::int32_t status = keychain_status::success;
+  const auto items = searchItems(key, cancellable, status);
+  if (status != keychain_status::success) return {status, std::nullopt};
+  KeychainLookup result{keychain_status::itemNotFound, std::nullopt};
+  for (const auto& item : items) {
+    result = retrieve(item.get(), cancellable);
+    // A locked copy in one keyring does not hide an open one in another.
+    if (result.status != keychain_status::interactionNotAllowed) break;
+  }
+  return result;
+}
+
+/// Success, or the failure that a call of the library left.
+std::int32_t outcome(GError* failure) {
+  const Error error(failure);
+  return error ? statusOf(error.get()) : keychain_status::success;
+}
+
+std::int32_t readiness(GCancellable* cancellable) {
+  std::int32_t status = keychain_status::success;
+  if (usesFileStore()) {
+    searchItems({"readiness", "", ""}, cancellable, status);  // opens the file
+  } else if (const auto service = secretService(cancellable, status)) {
+    defaultCollection(service.get(), cancellable, status);
+  }
+  return status;
+}
+
+/// Removes the items of a service but for one, which may be null.
+std::int32_t removeItems(const std::vector<Object<SecretRetrievable>>& items, SecretItem* spared,
+                         GCancellable* cancellable) {
+  const auto path = [](gpointer item) {
+    return std::string(g_dbus_proxy_get_object_path(G_DBUS_PROXY(item)));
+  };
+  std::int32_t status = keychain_status::success;
+  for (const auto& item : items) {
+    if (isLocked(item.get()) || (spared != nullptr && path(item.get()) == path(spared))) continue;
+    GError* failure = nullptr;
+    secret_item_delete_sync(SECRET_ITEM(item.get()), cancellable, &failure);
+    status = std::min(status, outcome(failure));  // every failure is below success
+  }
+  return status;
+}
+
+std::int32_t storeInService(const KeychainKey& key, const std::string& label, SecretValue* value,
+                            GCancellable* cancellable) {
+  std::int32_t status = keychain_status::success;
+  const auto service = secretService(cancellable, status);
+  if (!service) return status;
+  const auto collection = defaultCollection(service.get(), cancellable, status);
+  if (!collection) return status;
+  GError* failure = nullptr;
+  const Object<SecretItem> stored(secret_item_create_sync(
+      collection.get(), genericSchema(), attributesOf(key).get(), label.c_str(), value,
+      SECRET_ITEM_CREATE_REPLACE, cancellable, &failure));
+  status = outcome(failure);
+  if (!stored) return status;
+  const auto items = searchItems(key, cancellable, status);
+  return status == keychain_status::success ? removeItems(items, stored.get(), cancellable)
+                                            : status;
+}
+
+std::int32_t store(const KeychainKey& key, const std::string& label, const std::string& data,
+                   GCancellable* cancellable) {
+  const Value value(secret_value_new(data.data(), static_cast<gssize>(data.size()), "text/plain"));
+  if (!usesFileStore()) return storeInService(key, label, value.get(), cancellable);
+  // The file store keeps one item for the same attributes.
+  GError* failure = nullptr;
+  secret_password_storev_binary_sync(genericSchema(), attributesOf(key).get(), nullptr,
+                                     label.c_str(), value.get(), cancellable, &failure);
+  return outcome(failure);
+}
+
+std::int32_t remove(const KeychainKey& key, GCancellable* cancellable) {
+  std::int32_t status = keychain_status::success;
+  const auto items = searchItems(key, cancellable, status);
+  if (status != keychain_status::success) return status;
+  if (items.empty()) return keychain_status::itemNotFound;
+  if (std::any_of(items.begin(), items.end(), [](const auto& i) { return isLocked(i.get()); }))
+    return keychain_status::interactionNotAllowed;
+  if (SECRET_IS_ITEM(items.front().get())) return removeItems(items, nullptr, cancellable);
+  GError* failure = nullptr;
+  secret_password_clearv_sync(genericSchema(), attributesOf(key).get(), cancellable, &failure);
+  return outcome(failure);
+}
+
+KeychainOperation withStatusAlone(std::function<std::int32_t(GCancellable*)> operation) {
+  return [operation = std::move(operation)](GCancellable* cancellable) {
+    return KeychainLookup{operation(cancellable), std::nullopt};
+  };
+}
+
 }  // namespace
 
 KeychainLookup lookUpGenericPassword(const std::string& service, const std::string& account,
@@ -137,18 +133,32 @@ KeychainLookup lookUpGenericPassword(const std::string& service, const std::stri
   if (!isText(service) || !isText(account) || !isText(accessGroup))
     return {keychain_status::itemNotFound, std::nullopt};
   silenceLibraries();
-  Watchdog watchdog;
-  std::int32_t status = keychain_status::success;
-  const auto items = search(service, account, accessGroup, watchdog.cancellable(), status);
-  if (status != keychain_status::success) return {status, std::nullopt};
+  const KeychainKey key{service, account, accessGroup};
+  return withinDeadline([key](GCancellable* cancellable) { return lookUp(key, cancellable); },
+                        deadline);
+}
 
-  KeychainLookup result{keychain_status::itemNotFound, std::nullopt};
-  for (const auto& item : items) {
-    result = retrieve(item.get(), watchdog.cancellable());
-    // A locked copy in one keyring does not hide an open one in another.
-    if (result.status != keychain_status::interactionNotAllowed) break;
-  }
-  return result;
+std::int32_t keychainReadiness() {
+  silenceLibraries();
+  return withinDeadline(withStatusAlone(readiness), deadline).status;
+}
+
+std::int32_t storeGenericPassword(const KeychainKey& key, const std::string& label,
+                                  const std::string& data) {
+  silenceLibraries();
+  return withinDeadline(withStatusAlone([key, label, data](GCancellable* cancellable) {
+                          return store(key, label, data, cancellable);
+                        }),
+                        deadline)
+      .status;
+}
+
+std::int32_t removeGenericPassword(const KeychainKey& key) {
+  silenceLibraries();
+  return withinDeadline(
+             withStatusAlone([key](GCancellable* cancellable) { return remove(key, cancellable); }),
+             deadline)
+      .status;
 }
 
 }  // namespace platform

@@ -1,12 +1,7 @@
 #include "platform/widgets/widget_drawing.hpp"
 
-#include <fcntl.h>
 #include <nlohmann/json.hpp>
-#include <sys/stat.h>
-#include <unistd.h>
 
-#include <cerrno>
-#include <cstring>
 #include <filesystem>
 
 #include "platform/foundation/formatting.hpp"
@@ -26,46 +21,6 @@ constexpr double cornerRadius = 20;
 bool readsRightToLeft() {
   const auto languages = preferredLanguages();
   return isRightToLeft(languages.empty() ? currentLocaleIdentifier() : languages.front());
-}
-
-[[noreturn]] void failToWrite(const std::string& file, int error) {
-  throw std::runtime_error("cannot write " + file + ": " + std::strerror(error));
-}
-
-/// Writes all bytes and closes; returns 0 or the error.
-int writeAndClose(int descriptor, const std::string& bytes) {
-  int error = 0;
-  std::size_t done = 0;
-  while (done < bytes.size() && error == 0) {
-    const auto count = ::write(descriptor, bytes.data() + done, bytes.size() - done);
-    if (count >= 0) {
-      done += static_cast<std::size_t>(count);
-    } else if (errno != EINTR) {
-      error = errno;
-    }
-  }
-  if (::close(descriptor) != 0 && error == 0) error = errno;
-  return error;
-}
-
-mode_t permissionsOf(const fs::path& file) {
-  struct stat existing{};
-  if (::stat(file.c_str(), &existing) == 0) return existing.st_mode & 0777U;
-  const mode_t mask = ::umask(0);
-  ::umask(mask);
-  return 0666U & ~mask;
-}
-
-void replaceFile(const fs::path& file, const std::string& bytes) {
-  auto temporary = (file.parent_path() / ("." + file.filename().string() + ".XXXXXX")).string();
-  const int descriptor = ::mkstemp(temporary.data());
-  if (descriptor < 0) failToWrite(file, errno);
-  ::fchmod(descriptor, permissionsOf(file));
-  int error = writeAndClose(descriptor, bytes);
-  if (error == 0 && ::rename(temporary.c_str(), file.c_str()) != 0) error = errno;
-  if (error == 0) return;
-  ::unlink(temporary.c_str());
-  failToWrite(file, error);
 }
 
 }  // namespace
@@ -119,19 +74,6 @@ std::string picture(const DrawList& list, PictureFormat format) {
       break;
   }
   return paintPng(list);
-}
-
-void writeFile(const std::string& file, const std::string& bytes) {
-  std::error_code ignored;
-  const auto target = fs::is_symlink(file, ignored) ? fs::weakly_canonical(file, ignored)
-                                                    : fs::absolute(file, ignored);
-  if (!fs::exists(target, ignored) || fs::is_regular_file(target, ignored)) {
-    replaceFile(target, bytes);
-    return;
-  }
-  const int descriptor = ::open(target.c_str(), O_WRONLY | O_CLOEXEC);
-  if (descriptor < 0) failToWrite(file, errno);
-  if (const int error = writeAndClose(descriptor, bytes); error != 0) failToWrite(file, error);
 }
 
 }  // namespace platform

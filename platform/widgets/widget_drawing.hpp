@@ -31,8 +31,4 @@ std::optional<PictureFormat> pictureFormat(const std::string& fileName);
 /// The picture as a file's bytes; throws std::runtime_error.
 std::string picture(const DrawList& list, PictureFormat format);
 
-/// Writes a file in one go: it holds all of the bytes, or is as it was before. A device or a pipe
-/// is written as it is. Throws std::runtime_error.
-void writeFile(const std::string& file, const std::string& bytes);
-
 }  // namespace platform

@@ -10,11 +10,15 @@
 
 #include "platform/foundation/background_tasks.hpp"
 #include "platform/foundation/bundle.hpp"
+#include "platform/foundation/files.hpp"
 #include "platform/foundation/localized_strings.hpp"
+#include "platform/foundation/standard_streams.hpp"
 
 namespace platform {
 
 namespace {
+
+constexpr int drawingThreads = 3;  // one of them for a thread that is just ending
 
 enum ExitStatus { answered = 0, cannotWrite = 1, wrongCall = 2 };
 
@@ -126,9 +130,11 @@ int report(const WidgetConfiguration& widget, const HostCall& call) {
   const auto answer = ask(widget, call, family);
   Json list = Json::array();
   for (const auto& entry : answer.entries) {
+    // The text library ends the process when it cannot start its threads.
+    if (!canStartThreads(drawingThreads)) throw std::runtime_error("no thread can be started");
     const auto drawn = drawWidget(entry.view, family, call.scale);
     if (!call.output.empty() && list.empty())
-      writeFile(call.output, picture(drawn, *pictureFormat(call.output)));
+      writeOutputFile(call.output, picture(drawn, *pictureFormat(call.output)));
     list.push_back({{"date", iso8601(entry.date)},
                     {"content", entry.figures},
                     {"accessibility", drawn.accessibility}});
@@ -141,6 +147,7 @@ int report(const WidgetConfiguration& widget, const HostCall& call) {
 }  // namespace
 
 void prepareWidgetProcess() {
+  occupyStandardStreams();
   std::signal(SIGPIPE, SIG_IGN);  // a reader that went away is an error to report, not a death
   loadStringTables();
 }

@@ -1,0 +1,10 @@
+#pragma once
+
+namespace platform {
+
+/// Occupies those of the descriptors 0 to 2 that the caller closed, so that no file or connection
+/// gets their number and is written to by mistake; what is written there fails, as it should. To be
+/// called before anything is opened.
+void occupyStandardStreams();
+
+}  // namespace platform
