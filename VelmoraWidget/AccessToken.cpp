@@ -1,7 +1,5 @@
 #include "VelmoraWidget/AccessToken.hpp"
 
-#include <map>
-
 #include "VelmoraWidget/OAuthConfig.hpp"
 #include "VelmoraWidget/RequestTimeout.hpp"
 #include "VelmoraWidget/SharedKeychain.hpp"
@@ -11,26 +9,6 @@
 #include "platform/foundation/url.hpp"
 
 namespace velmora {
-
-namespace {
-
-std::string formEncodedBody(const std::map<std::string, std::string>& fields) {
-  std::string body;
-  for (const auto& [name, value] : fields)
-    body += (body.empty() ? "" : "&") + name + "=" + percentEncodeValue(value);
-  return body;
-}
-
-TokenResponse decodeTokenResponse(std::string_view body) {
-  const platform::JsonDecoder object(body);
-  return {.access_token = object.optionalString("access_token"),
-          .refresh_token = object.optionalString("refresh_token"),
-          .expires_in = object.optionalInteger("expires_in"),
-          .error = object.optionalString("error"),
-          .error_description = object.optionalString("error_description")};
-}
-
-}  // namespace
 
 OAuthError::OAuthError(Case errorCase, std::string description)
     : kind(errorCase), description_(std::move(description)) {}
@@ -50,6 +28,23 @@ OAuthError OAuthError::noRefreshToken() {
 
 std::string percentEncodeValue(std::string_view value) {
   return platform::percentEncoded(value, unreservedCharacters);
+}
+
+std::string formEncodedBody(const std::map<std::string, std::string>& fields) {
+  std::string body;
+  for (const auto& [name, value] : fields)
+    body += (body.empty() ? "" : "&") + name + "=" + percentEncodeValue(value);
+  return body;
+}
+
+TokenResponse decodeTokenResponse(std::string_view body) {
+  const platform::JsonDecoder object(body);
+  return {.access_token = object.optionalString("access_token"),
+          .refresh_token = object.optionalString("refresh_token"),
+          .expires_in = object.optionalInteger("expires_in"),
+          .scope = object.optionalString("scope"),
+          .error = object.optionalString("error"),
+          .error_description = object.optionalString("error_description")};
 }
 
 std::string accessTokenFrom(std::string_view body) {

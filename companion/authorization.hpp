@@ -20,9 +20,6 @@ struct AuthorizationRequest {
 /// A request with fresh state and verifier, 32 bytes each from the system's random source.
 AuthorizationRequest makeAuthorizationRequest(const std::string& redirectURI);
 
-/// BASE64URL(SHA-256(verifier)), without padding (RFC 7636, section 4.2).
-std::string codeChallenge(const std::string& verifier);
-
 /// The address that the user's browser opens (RFC 6749, section 4.1.1; RFC 7636, section 4.3). A
 /// query that `auth_uri` brings along is kept.
 std::string authorizationAddress(const velmora::OAuthConfig& config,

@@ -8,4 +8,7 @@ namespace companion {
 /// not throw. Without a thread to be had, both run on the main loop.
 void runBeside(std::function<void()> work, std::function<void()> done);
 
+/// Calls back from the main loop, soon. Safe from any thread.
+void runSoon(std::function<void()> callback);
+
 }  // namespace companion

@@ -3,11 +3,10 @@
 namespace sandbox {
 
 const std::map<std::string, Step>& stepNames() {
-  static const std::map<std::string, Step> names{{"token", Step::token},
-                                                 {"accounts", Step::accounts},
-                                                 {"report", Step::report},
-                                                 {"lastyear", Step::lastYear},
-                                                 {"payments", Step::payments}};
+  static const std::map<std::string, Step> names{
+      {"token", Step::token},       {"accounts", Step::accounts}, {"report", Step::report},
+      {"lastyear", Step::lastYear}, {"payments", Step::payments}, {"auth", Step::authorization},
+      {"exchange", Step::exchange}, {"revoke", Step::revoke}};
   return names;
 }
 

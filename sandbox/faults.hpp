@@ -6,8 +6,8 @@
 
 namespace sandbox {
 
-/// The requests of one refresh.
-enum class Step { token, accounts, report, lastYear, payments };
+/// The requests of one refresh, and those of a sign-in and a sign-out.
+enum class Step { token, accounts, report, lastYear, payments, authorization, exchange, revoke };
 
 /// What a step does instead of its work.
 struct Fault {

@@ -52,10 +52,18 @@ void declareOptions(CLI::App& app, CommandLine& line) {
   app.add_option("--latency", line.latency, "milliseconds before each answer (default 0)")
       ->check(CLI::Range(0, 600'000));
   app.add_option("--fault", line.faults,
-                 "STEP=KIND, repeatable; steps: token, accounts, report, lastyear, payments; "
+                 "STEP=KIND, repeatable; steps: token, accounts, report, lastyear, payments, auth, "
+                 "exchange, revoke; "
                  "kinds: a status from 300 to 599, drop, truncate, garbage, html, empty, slow, "
                  "redirect-loop, huge")
       ->check(CLI::Validator(checkFault, ""));
+  app.add_option_function<std::string>(
+         "--consent",
+         [&line](const std::string& text) {
+           line.options.consent = *sandbox::consentModeFrom(text);
+         },
+         "what the user at the sign-in page does: ask, allow or deny (default ask)")
+      ->check(CLI::IsMember({"ask", "allow", "deny"}));
   app.add_option("--today", line.today, "the day that counts as today, like 2026-05-21")
       ->check(CLI::Validator(checkDate, ""));
 }
@@ -65,8 +73,7 @@ void declareOptions(CLI::App& app, CommandLine& line) {
 int main(int argumentCount, char** arguments) {
   CommandLine line;
   CLI::App app(
-      "The OAuth token endpoint and the AdSense reporting API on this machine, for demos "
-      "and tests.",
+      "The OAuth endpoints and the AdSense reporting API on this machine, for demos and tests.",
       "velmora-sandbox");
   declareOptions(app, line);
   try {

@@ -14,6 +14,7 @@
 #include "sandbox/payments.hpp"
 #include "sandbox/publisher.hpp"
 #include "sandbox/reports.hpp"
+#include "sandbox/token_endpoint.hpp"
 
 namespace sandbox {
 
@@ -70,38 +71,6 @@ void sendHugeAnswer(httplib::Response& response) {
   });
 }
 
-Json tokenError(const char* error, const char* description) {
-  return {{"error", error}, {"error_description", description}};
-}
-
-struct Answer {
-  int status = 200;
-  Json document;
-};
-
-Answer answerTokenRequest(const httplib::Request& request) {
-  const auto contentType = request.get_header_value("Content-Type");
-  if (!contentType.starts_with("application/x-www-form-urlencoded"))
-    return {400, tokenError("invalid_request", "The body must be form-encoded.")};
-  httplib::Params form;
-  httplib::detail::parse_query_text(request.body, form);
-  const auto field = [&form](const char* name) {
-    const auto found = form.find(name);
-    return found == form.end() ? std::string() : found->second;
-  };
-  if (field("client_id") != clientID || field("client_secret") != clientSecret)
-    return {401, tokenError("invalid_client", "The OAuth client was not found.")};
-  if (field("grant_type") != "refresh_token")
-    return {400, tokenError("unsupported_grant_type", "Invalid grant_type.")};
-  if (field("refresh_token") != refreshToken)
-    return {400, tokenError("invalid_grant", "Token has been expired or revoked.")};
-  return {200,
-          {{"access_token", accessToken},
-           {"expires_in", 3599},
-           {"scope", "https://www.googleapis.com/auth/adsense.readonly"},
-           {"token_type", "Bearer"}}};
-}
-
 }  // namespace
 
 class Server::Implementation {
@@ -115,7 +84,25 @@ class Server::Implementation {
     server_.set_keep_alive_max_count(1'000'000);
     server_.set_payload_max_length(1U << 20U);
     server_.Post("/token", [this](const auto& request, auto& response) {
-      serve(Step::token, request, response, [&request] { return answerTokenRequest(request); });
+      const auto step = isCodeExchange(request.body) ? Step::exchange : Step::token;
+      serve(step, request, response, [this, &request] {
+        return answerTokenRequest(request.get_header_value("Content-Type"), request.body, grants_,
+                                  {clientID, clientSecret});
+      });
+    });
+    server_.Post("/revoke", [this](const auto& request, auto& response) {
+      serve(Step::revoke, request, response, [this, &request] {
+        return answerRevocation(request.get_header_value("Content-Type"), request.body, grants_);
+      });
+    });
+    server_.Get("/auth", [this](const auto& request, auto& response) {
+      serve(Step::authorization, request, response,
+            [&] { return authorize(request, response, options_.consent); });
+    });
+    server_.Post("/consent", [this](const auto& request, auto& response) {
+      const bool allowed =
+          request.has_param("answer") && request.get_param_value("answer") == "allow";
+      authorize(request, response, allowed ? ConsentMode::allow : ConsentMode::deny);
     });
     server_.Get("/v2/.*", [this](const auto& request, auto& response) {
       const auto step = stepOf(request);
@@ -174,8 +161,11 @@ class Server::Implementation {
     return {options_.seed, options_.currency, options_.today.value_or(now)};
   }
 
-  Answer answerApiRequest(const httplib::Request& request) const {
-    if (request.get_header_value("Authorization") != std::string("Bearer ") + accessToken)
+  Answer answerApiRequest(const httplib::Request& request) {
+    const auto authorization = request.get_header_value("Authorization");
+    const std::string scheme = "Bearer ";
+    if (!authorization.starts_with(scheme) ||
+        !grants_.isAccessToken(authorization.substr(scheme.size())))
       return {401, errorDocument(401, "Request had invalid authentication credentials.")};
     const auto user = publisher();
     const std::string root = "/v2/";
@@ -190,6 +180,30 @@ class Server::Implementation {
       return {error.status, errorDocument(error.status, error.what())};
     }
     return {404, errorDocument(404, "Requested entity was not found.")};
+  }
+
+  /// The user's answer to a request at the authorization endpoint, or the page that asks for it.
+  /// The response is made here; nothing is left to answer.
+  std::nullopt_t authorize(const httplib::Request& request, httplib::Response& response,
+                           ConsentMode mode) {
+    constexpr const char* htmlType = "text/html; charset=UTF-8";
+    constexpr int seeOther = 303;  // a form must not be sent on
+    const auto asked =
+        readAuthorizationRequest({request.params.begin(), request.params.end()}, clientID);
+    if (!asked.pageError.empty()) {
+      response.status = 400;
+      response.set_content(errorPage(asked.pageError), htmlType);
+    } else if (!asked.redirectError.empty()) {
+      response.set_redirect(redirectAddress(asked, std::nullopt, asked.redirectError), seeOther);
+    } else if (mode == ConsentMode::ask) {
+      const auto query = request.target.substr(request.target.find('?') + 1);
+      response.set_content(consentPage(query), htmlType);
+    } else if (mode == ConsentMode::deny) {
+      response.set_redirect(redirectAddress(asked, std::nullopt, "access_denied"), seeOther);
+    } else {
+      response.set_redirect(redirectAddress(asked, grants_.issueCode(asked.consent), ""), seeOther);
+    }
+    return std::nullopt;
   }
 
   static Json accountJson(const Publisher& user) {
@@ -229,9 +243,10 @@ class Server::Implementation {
       response.set_content(*body, jsonType);
       return;
     }
-    const Answer answer = makeAnswer();
-    response.status = answer.status;
-    response.set_content(answer.document.dump(), jsonType);
+    const std::optional<Answer> answer = makeAnswer();
+    if (!answer) return;
+    response.status = answer->status;
+    response.set_content(answer->document.dump(), jsonType);
   }
 
   /// Returns whether the fault has made the answer.
@@ -241,7 +256,7 @@ class Server::Implementation {
       case Fault::Kind::status: {
         response.status = fault.status;
         const auto document =
-            step == Step::token
+            step == Step::token || step == Step::exchange
                 ? tokenError(fault.status == 401 ? "invalid_client" : "invalid_grant",
                              "Bad Request")
                 : errorDocument(fault.status, "The sandbox was told to fail.");
@@ -277,6 +292,7 @@ class Server::Implementation {
   }
 
   ServerOptions options_;
+  Grants grants_{{accessToken, refreshToken, "https://www.googleapis.com/auth/adsense.readonly"}};
   Override override_;
   std::vector<RequestRecord> requests_;
   mutable std::mutex mutex_;
@@ -299,6 +315,8 @@ std::string Server::tokenURL() const { return implementation_->origin() + "/toke
 Json Server::address() const {
   return {{"baseURL", baseURL()},
           {"tokenURL", tokenURL()},
+          {"authURL", implementation_->origin() + "/auth"},
+          {"revokeURL", implementation_->origin() + "/revoke"},
           {"clientID", clientID},
           {"clientSecret", clientSecret},
           {"refreshToken", refreshToken}};

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/foundation/json.hpp"
+#include "sandbox/authorization.hpp"
 #include "sandbox/faults.hpp"
 
 namespace sandbox {
@@ -20,6 +21,7 @@ struct ServerOptions {
   std::string currency = "EUR";  ///< ISO 4217 code
   std::chrono::milliseconds latency{0};
   std::map<Step, Fault> faults;
+  ConsentMode consent = ConsentMode::ask;
   /// The day that counts as today; the current UTC day without it.
   std::optional<std::chrono::sys_days> today;
 };
@@ -33,7 +35,7 @@ struct RequestRecord {
   int remotePort = 0;  ///< tells connections apart
 };
 
-/// The OAuth token endpoint and the reporting API for one made-up publisher, on 127.0.0.1. Serves
+/// The OAuth endpoints and the reporting API for one made-up publisher, on 127.0.0.1. Serves
 /// from its construction to its destruction, in threads of its own.
 class Server {
  public:
@@ -45,7 +47,7 @@ class Server {
 
   [[nodiscard]] std::string baseURL() const;
   [[nodiscard]] std::string tokenURL() const;
-  /// `{"baseURL","tokenURL","clientID","clientSecret","refreshToken"}`.
+  /// `{"baseURL","tokenURL","authURL","revokeURL","clientID","clientSecret","refreshToken"}`.
   [[nodiscard]] platform::Json address() const;
   /// A client file in Google's form that names this server.
   [[nodiscard]] platform::Json clientFile() const;

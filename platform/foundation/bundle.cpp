@@ -22,6 +22,16 @@ std::optional<fs::path> homeFolder() {
   return user->pw_dir;
 }
 
+/// A base directory of the user's own (the XDG base directories), with the program's name.
+std::optional<fs::path> userFolder(const char* variable, const char* standardName) {
+  const char* folder = std::getenv(variable);
+  // A relative path is to be ignored.
+  if (folder != nullptr && *folder == '/') return fs::path(folder) / mainBundleName;
+  const auto home = homeFolder();
+  if (!home) return std::nullopt;
+  return *home / ".local" / standardName / mainBundleName;
+}
+
 }  // namespace
 
 fs::path resourceFolder() {
@@ -30,21 +40,31 @@ fs::path resourceFolder() {
   return program.parent_path().parent_path() / "share" / mainBundleName;
 }
 
-std::optional<std::string> readResource(const std::string& fileName) {
-  try {
-    return readRegularFile(resourceFolder() / fileName, largestResource);
-  } catch (const FileError&) {
-    return std::nullopt;
-  }
+std::optional<fs::path> userResourceFolder() { return userFolder("XDG_DATA_HOME", "share"); }
+
+std::vector<fs::path> resourceFolders() {
+  std::vector<fs::path> folders;
+  if (const auto own = userResourceFolder()) folders.push_back(*own);
+  folders.push_back(resourceFolder());
+  return folders;
 }
 
-std::optional<fs::path> stateFolder() {
-  const char* state = std::getenv("XDG_STATE_HOME");
-  // A relative path is to be ignored.
-  if (state != nullptr && *state == '/') return fs::path(state) / mainBundleName;
-  const auto home = homeFolder();
-  if (!home) return std::nullopt;
-  return *home / ".local" / "state" / mainBundleName;
+std::optional<Resource> findResource(const std::string& fileName) {
+  for (const auto& folder : resourceFolders()) {
+    try {
+      return Resource{folder / fileName, readRegularFile(folder / fileName, largestResource)};
+    } catch (const FileError&) {
+      // The next folder stands in.
+    }
+  }
+  return std::nullopt;
 }
+
+std::optional<std::string> readResource(const std::string& fileName) {
+  auto resource = findResource(fileName);
+  return resource ? std::optional(std::move(resource->bytes)) : std::nullopt;
+}
+
+std::optional<fs::path> stateFolder() { return userFolder("XDG_STATE_HOME", "state"); }
 
 }  // namespace platform

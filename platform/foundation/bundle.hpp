@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace platform {
 
@@ -15,7 +16,22 @@ extern const std::string_view mainBundleName;
 /// running program, so that it works from a build tree and from any installation prefix.
 std::filesystem::path resourceFolder();
 
-/// A resource's bytes; absent when there is no such file or it cannot be read.
+/// The folder of the user's own resources, which win over the program's: `$XDG_DATA_HOME/NAME`,
+/// `~/.local/share/NAME` without it. Absent when there is no home.
+std::optional<std::filesystem::path> userResourceFolder();
+
+/// Where resources are looked for, in order.
+std::vector<std::filesystem::path> resourceFolders();
+
+struct Resource {
+  std::filesystem::path file;
+  std::string bytes;
+};
+
+/// The resource of that name in the first folder where it can be read; absent without one.
+std::optional<Resource> findResource(const std::string& fileName);
+
+/// Its bytes alone.
 std::optional<std::string> readResource(const std::string& fileName);
 
 /// The folder for what the program remembers: `$XDG_STATE_HOME/NAME`, `~/.local/state/NAME`

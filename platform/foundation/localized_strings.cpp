@@ -40,7 +40,7 @@ std::locale catalogLocale(const std::string& language) {
   info.language = language.substr(0, end);
   if (end != std::string::npos) info.country = language.substr(end + 1);
   info.encoding = "UTF-8";
-  info.paths.push_back(resourceFolder() / "locale");
+  for (const auto& folder : resourceFolders()) info.paths.push_back(folder / "locale");
   info.domains.emplace_back(std::string(mainBundleName));
   info.callback = readCatalog;
   return {std::locale::classic(), gettext::create_messages_facet<char>(info)};

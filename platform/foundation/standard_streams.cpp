@@ -3,6 +3,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cstdio>
+
 namespace platform {
 
 void occupyStandardStreams() {
@@ -10,6 +12,12 @@ void occupyStandardStreams() {
     // The lowest free number is taken. Open for reading alone, it refuses what is written.
     if (::fcntl(stream, F_GETFD) < 0) ::open("/dev/null", O_RDONLY);
   }
+}
+
+bool printLine(const std::string& line) {
+  const std::string text = line + "\n";
+  return std::fwrite(text.data(), 1, text.size(), stdout) == text.size() &&
+         std::fflush(stdout) == 0;
 }
 
 }  // namespace platform

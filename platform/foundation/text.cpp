@@ -23,6 +23,19 @@ std::string utf8(const icu::UnicodeString& text) {
 
 std::string repairedUtf8(std::string_view bytes) { return utf8(unicodeText(bytes)); }
 
+std::string oneLine(std::string_view text) {
+  constexpr int32_t mostCharacters = 300;
+  auto line = unicodeText(text);
+  for (int32_t i = 0; i < line.length(); ++i) {
+    const auto type = u_charType(line.charAt(i));
+    const bool breaks = type == U_CONTROL_CHAR || type == U_FORMAT_CHAR ||
+                        type == U_LINE_SEPARATOR || type == U_PARAGRAPH_SEPARATOR;
+    if (breaks) line.setCharAt(i, u' ');
+  }
+  if (line.truncate(mostCharacters)) line.append(u'\u2026');
+  return utf8(line);
+}
+
 std::optional<double> numberFromText(std::string_view text) {
   constexpr std::string_view whiteSpace = " \t\n\v\f\r";
   if (text.empty() || whiteSpace.find(text.front()) != std::string_view::npos) return std::nullopt;

@@ -10,6 +10,10 @@ namespace platform {
 /// Decodes bytes as UTF-8, each ill-formed sequence becoming U+FFFD. Never fails, trims nothing.
 std::string repairedUtf8(std::string_view bytes);
 
+/// A text of unknown origin for one line of a terminal: control characters and line breaks become
+/// spaces, ill-formed sequences U+FFFD, and what goes beyond 300 characters is cut.
+std::string oneLine(std::string_view text);
+
 /// A number as C's strtod reads it in the C locale (sign, exponent, hexadecimal, inf and nan
 /// included). The whole text must be the number: white space in front, anything behind it, or an
 /// empty text make it absent.

@@ -52,6 +52,14 @@ std::string part(CURLU* parts, CURLUPart which, unsigned flags = 0) {
   return owned.get();
 }
 
+std::string formDecoded(std::string text) {
+  std::replace(text.begin(), text.end(), '+', ' ');
+  int length = 0;
+  const CurlText decoded(
+      curl_easy_unescape(nullptr, text.data(), static_cast<int>(text.size()), &length));
+  return decoded ? std::string(decoded.get(), static_cast<std::size_t>(length)) : "";
+}
+
 std::string lowerCase(std::string text) {
   std::transform(text.begin(), text.end(), text.begin(),
                  [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
@@ -82,6 +90,25 @@ std::optional<Origin> originOf(const std::string& url) {
                 part(parts.get(), CURLUPART_PORT, CURLU_DEFAULT_PORT)};
   const bool web = origin.scheme == "http" || origin.scheme == "https";
   return web && !origin.host.empty() ? std::optional(origin) : std::nullopt;
+}
+
+std::vector<QueryItem> queryItems(std::string_view query) {
+  std::vector<QueryItem> items;
+  while (!query.empty()) {
+    const auto pair = query.substr(0, query.find('&'));
+    query.remove_prefix(std::min(pair.size() + 1, query.size()));
+    if (pair.empty()) continue;
+    const auto equals = std::min(pair.find('='), pair.size());
+    const auto value = pair.substr(std::min(equals + 1, pair.size()));
+    items.push_back(
+        {formDecoded(std::string(pair.substr(0, equals))), formDecoded(std::string(value))});
+  }
+  return items;
+}
+
+std::string pathOf(const std::string& url) {
+  const auto parts = parsed(url);
+  return parts ? part(parts.get(), CURLUPART_PATH) : "/";
 }
 
 bool isLoopback(const Origin& origin) {

@@ -31,6 +31,13 @@ std::string percentEncoded(std::string_view text, std::string_view unreserved);
 /// The origin of an absolute http or https address (RFC 3986); absent when the text is none.
 std::optional<Origin> originOf(const std::string& url);
 
+/// The items of a query (without the "?") or of a form (application/x-www-form-urlencoded), in
+/// order and decoded; a plus is a space.
+std::vector<QueryItem> queryItems(std::string_view query);
+
+/// The path of an absolute address, as it stands; "/" without one.
+std::string pathOf(const std::string& url);
+
 /// Whether requests may go there: https anywhere, plain http to this machine alone.
 bool isAllowed(const Origin& origin);
 

@@ -118,10 +118,8 @@ Answer ask(const WidgetConfiguration& widget, const HostCall& call, WidgetFamily
 }
 
 int print(const Json& json) {
-  const std::string line = printJson(json) + "\n";
-  const bool written =
-      std::fwrite(line.data(), 1, line.size(), stdout) == line.size() && std::fflush(stdout) == 0;
-  return written ? answered : complain(cannotWrite, "cannot write to standard output");
+  return printLine(printJson(json)) ? answered
+                                    : complain(cannotWrite, "cannot write to standard output");
 }
 
 /// Draws the entries, writes the picture of the first if that is asked for, and prints them.

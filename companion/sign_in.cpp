@@ -1,0 +1,218 @@
+#include "companion/sign_in.hpp"
+
+#include <glib.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "VelmoraWidget/AccountResolution.hpp"
+#include "VelmoraWidget/AdSenseBaseURL.hpp"
+#include "VelmoraWidget/AdSenseClient.hpp"
+#include "companion/authorization.hpp"
+#include "companion/beside.hpp"
+#include "companion/client_file.hpp"
+#include "companion/end_page.hpp"
+#include "companion/redirect_address.hpp"
+#include "companion/redirect_listener.hpp"
+#include "companion/running_host.hpp"
+#include "companion/token_exchange.hpp"
+#include "companion/user_data.hpp"
+#include "platform/foundation/text.hpp"
+#include "platform/foundation/user_defaults.hpp"
+
+namespace companion {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// Keeps an error of another thread as it is.
+template <class Work>
+std::optional<SignInError> errorOf(const Work& work) {
+  try {
+    work();
+    return std::nullopt;
+  } catch (const SignInError& error) {
+    return error;
+  } catch (const std::exception& error) {
+    return SignInError(SignInError::Case::unreachable, error.what());
+  }
+}
+
+/// The first account of the signed-in user; absent when it cannot be had now, which is no reason
+/// to refuse a sign-in. Throws SignInError when there is none.
+std::optional<velmora::Account> firstAccount(const Grant& grant) {
+  try {
+    const velmora::AdSenseClient client{grant.accessToken, velmora::adSenseBaseURL()};
+    const auto answer =
+        velmora::decodeAccountsResponse(client.authorizedGet(client.baseURL + "/accounts"));
+    if (answer.accounts && !answer.accounts->empty()) return answer.accounts->front();
+  } catch (const std::exception&) {
+    return std::nullopt;
+  }
+  throw SignInError(SignInError::Case::noAccount);
+}
+
+/// Puts the new user in the former one's place, once the token is stored and not before.
+std::string settle(const Grant& grant) {
+  try {
+    const auto account = firstAccount(grant);
+    storeRefreshToken(grant.refreshToken);
+    forgetFigures();
+    if (!account) return "";
+    platform::UserDefaults::standard().setString(velmora::accountCacheKey, account->name);
+    return platform::oneLine(account->displayName.value_or(account->name));
+  } catch (const SignInError&) {
+    revokeToken(grant.refreshToken);  // nobody is to hold what was granted in vain
+    throw;
+  }
+}
+
+}  // namespace
+
+class SignIn::Flow : public std::enable_shared_from_this<SignIn::Flow> {
+ public:
+  Flow(std::chrono::seconds timeLimit, SignInEvents events)
+      : deadline_(Clock::now() + timeLimit), events_(std::move(events)) {}
+  ~Flow() { stopTimer(); }
+  Flow(const Flow&) = delete;
+  Flow& operator=(const Flow&) = delete;
+
+  void start() {
+    timer_ = g_timeout_add(static_cast<unsigned>(timeLeft().count()), timeIsUp, this);
+    auto self = shared_from_this();
+    runBeside([self] { self->prepare(); }, [self] { self->listen(); });
+  }
+
+  void cancel() {
+    if (!answered_) end({SignInError(SignInError::Case::cancelled), ""});
+  }
+
+  /// Tells nothing any more.
+  void forget() {
+    over_ = true;
+    events_ = {};
+    stopTimer();
+    dropListener();
+  }
+
+ private:
+  [[nodiscard]] std::chrono::milliseconds timeLeft() const {
+    using Milliseconds = std::chrono::milliseconds;
+    return std::max(Milliseconds(1),
+                    std::chrono::duration_cast<Milliseconds>(deadline_ - Clock::now()));
+  }
+
+  /// Beside the main loop: everything that can be found out before the browser opens.
+  void prepare() {
+    outcome_.error = errorOf([this] {
+      const auto client = clientInForce();
+      if (!client) throw SignInError(SignInError::Case::noClientFile);
+      client_ = client->client;
+      if (client_.isWeb && !loopbackRedirect(client_))
+        throw SignInError(SignInError::Case::noLoopbackAddress);
+      requireKeyring();
+    });
+  }
+
+  void listen() {
+    if (over_) return;
+    if (!outcome_.error) outcome_.error = errorOf([this] { openListener(); });
+    if (outcome_.error) {
+      end(outcome_);
+    } else if (events_.waiting) {
+      events_.waiting(authorizationAddress(client_.config, request_));
+    }
+  }
+
+  void openListener() {
+    const auto fixed = client_.isWeb ? loopbackRedirect(client_) : std::nullopt;
+    listener_ = std::make_unique<RedirectListener>(
+        fixed ? fixed->port : 0, fixed ? fixed->path : "/",
+        [this](const std::string& query) { return receive(query); });
+    request_ = makeAuthorizationRequest(
+        fixed ? fixed->uri : "http://127.0.0.1:" + std::to_string(listener_->port()));
+  }
+
+  /// Whether a redirect belongs to this sign-in. The first one decides; a browser may repeat it,
+  /// but another answer with the same state is none of the user's.
+  bool receive(const std::string& query) {
+    if (answered_) return query == *answered_;
+    const auto answer = readRedirect(query, request_);
+    if (!answer) return false;
+    answered_ = query;
+    stopTimer();
+    if (events_.answered) events_.answered();
+    auto self = shared_from_this();
+    runBeside([self, answer = *answer] { self->complete(answer); }, [self] { self->tell(); });
+    return true;
+  }
+
+  /// Beside the main loop.
+  void complete(const AuthorizationAnswer& answer) {
+    outcome_.error = errorOf([&] {
+      if (const auto* failure = std::get_if<AuthorizationFailure>(&answer)) {
+        using Case = SignInError::Case;
+        throw SignInError(failure->error == "access_denied" ? Case::denied : Case::refused,
+                          failure->error);
+      }
+      const auto& code = std::get<AuthorizationCode>(answer).code;
+      outcome_.account = settle(exchangeCode(client_.config, request_, code, timeLeft()));
+    });
+  }
+
+  /// First the browser is told, then everybody else.
+  void tell() {
+    if (over_ || !listener_) return;
+    if (!outcome_.error) refreshRunningHost();
+    const auto page =
+        outcome_.error ? failurePage(outcome_.error->what()) : successPage(outcome_.account);
+    listener_->answer(page, [this] { end(outcome_); });
+  }
+
+  void end(const SignInOutcome& outcome) {
+    if (over_) return;
+    over_ = true;
+    stopTimer();
+    dropListener();
+    if (events_.finished) events_.finished(outcome);
+  }
+
+  /// Later, since it may be the listener that calls.
+  void dropListener() {
+    const std::shared_ptr<RedirectListener> listener = std::move(listener_);
+    if (listener) runSoon([listener] {});
+  }
+
+  static gboolean timeIsUp(gpointer flow) {
+    auto* self = static_cast<Flow*>(flow);
+    self->timer_ = 0;
+    self->end({SignInError(SignInError::Case::timeLimit), ""});
+    return G_SOURCE_REMOVE;
+  }
+
+  void stopTimer() {
+    if (timer_ != 0) g_source_remove(std::exchange(timer_, 0));
+  }
+
+  Clock::time_point deadline_;
+  SignInEvents events_;
+  unsigned timer_ = 0;
+  bool over_ = false;
+  Client client_;
+  AuthorizationRequest request_;
+  std::unique_ptr<RedirectListener> listener_;
+  std::optional<std::string> answered_;  ///< the query that decided
+  SignInOutcome outcome_;
+};
+
+SignIn::SignIn(std::chrono::seconds timeLimit, SignInEvents events)
+    : flow_(std::make_shared<Flow>(timeLimit, std::move(events))) {
+  flow_->start();
+}
+
+SignIn::~SignIn() { flow_->forget(); }
+
+void SignIn::cancel() { flow_->cancel(); }
+
+}  // namespace companion

@@ -1,0 +1,59 @@
+#include "companion/sign_in_command.hpp"
+
+#include <glib-unix.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <iostream>
+
+#include "companion/browser.hpp"
+#include "companion/sign_in.hpp"
+#include "platform/foundation/background_tasks.hpp"
+#include "platform/foundation/localized_strings.hpp"
+#include "platform/foundation/raii.hpp"
+#include "platform/foundation/standard_streams.hpp"
+
+namespace companion {
+
+namespace {
+
+using MainLoop = platform::Owned<GMainLoop, g_main_loop_unref>;
+
+void showAddress(const CommandLine& line, const std::string& address) {
+  if (line.printAddress || !openInBrowser(address)) {
+    platform::printLine(address);
+  } else if (::isatty(STDERR_FILENO) != 0) {
+    std::cerr << platform::localizedString("Go on in the browser. Velmora waits for it.")
+              << std::endl;
+  }
+}
+
+gboolean cancel(gpointer signIn) {
+  static_cast<SignIn*>(signIn)->cancel();
+  return G_SOURCE_CONTINUE;
+}
+
+}  // namespace
+
+std::string signInFromTerminal(const CommandLine& line) {
+  const MainLoop loop(g_main_loop_new(nullptr, FALSE));
+  SignInOutcome outcome;
+  SignInEvents events;
+  events.waiting = [&line](const std::string& address) { showAddress(line, address); };
+  events.finished = [&](const SignInOutcome& end) {
+    outcome = end;
+    g_main_loop_quit(loop.get());
+  };
+  {
+    SignIn signIn(line.timeout, std::move(events));
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) g_unix_signal_add(signal, cancel, &signIn);
+    g_main_loop_run(loop.get());
+    for (int i = 0; i < 3; ++i) g_source_remove_by_user_data(&signIn);
+  }
+  platform::drainBackgroundTasks();
+  if (outcome.error) throw SignInError(*outcome.error);
+  return outcome.account.empty() ? platform::localizedString("Signed in.")
+                                 : platform::localizedFormat("Signed in as %s.", {outcome.account});
+}
+
+}  // namespace companion
