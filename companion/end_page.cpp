@@ -17,27 +17,27 @@ using platform::localizedString;
 
 constexpr const char* style = R"(
 *{box-sizing:border-box;margin:0}
-html{color-scheme:dark}
+html{color-scheme:dark;background:#0a1729}
 body{min-height:100vh;min-height:100dvh;display:flex;align-items:center;justify-content:center;
-padding:24px;background:linear-gradient(#14294d,#0a1729) fixed;color:#fff;
+padding:24px;background:linear-gradient(#14294d,#0a1729);color:#fff;
 font:17px/1.5 Inter,system-ui,sans-serif;text-align:center}
 main{width:100%;max-width:26rem}
 svg{width:96px;height:96px;margin-bottom:28px}
 h1{font-size:1.6rem;line-height:1.25;font-weight:600;text-wrap:balance}
-p{margin-top:12px;color:#b8c4d9;overflow-wrap:anywhere;text-wrap:pretty}
+p{margin-top:12px;color:#b8c4d9;overflow-wrap:anywhere;text-wrap:balance}
 .who{color:#fff;font-weight:500}
 )";
 
 // The widget's two rings, whole for a good end and broken for a bad one.
 constexpr const char* goodRings = R"(<svg viewBox="0 0 96 96" fill="none" aria-hidden="true">
-<circle cx="48" cy="48" r="42" stroke="#ffc933" stroke-width="8"/>
+<circle cx="48" cy="48" r="42" stroke="#ebb333" stroke-width="8"/>
 <circle cx="48" cy="48" r="28" stroke="#32d74b" stroke-width="8"/>
 <path d="m37 49 8 8 15-17" stroke="#fff" stroke-width="6" stroke-linecap="round"
 stroke-linejoin="round"/></svg>)";
 
 constexpr const char* badRings = R"(<svg viewBox="0 0 96 96" fill="none" aria-hidden="true">
 <circle cx="48" cy="48" r="42" stroke="#fff" stroke-opacity=".15" stroke-width="8"/>
-<path d="M48 6a42 42 0 0 1 42 42" stroke="#ffc933" stroke-width="8" stroke-linecap="round"/>
+<path d="M48 6a42 42 0 0 1 42 42" stroke="#ebb333" stroke-width="8" stroke-linecap="round"/>
 <path d="M48 32v19" stroke="#fff" stroke-width="6" stroke-linecap="round"/>
 <circle cx="48" cy="63" r="4" fill="#fff"/></svg>)";
 
