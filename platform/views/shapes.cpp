@@ -17,7 +17,7 @@ class SymbolElement : public Element {
       : symbol_(symbol), size_(symbolSize(symbol, inherited.font.size)), color_(inherited.color) {}
 
   void emit(const Placed& placed, DrawList& list) const override {
-    list.items.push_back({placed.frame, color_, SymbolItem{symbol_}});
+    list.items.emplace_back(placed.frame, color_, SymbolItem{symbol_});
   }
 
  protected:
@@ -45,8 +45,8 @@ class CircleElement : public Element {
     const double start = style_.trimFrom + threeOClock + style_.rotation;
     const double from = sweep == 1 ? 0 : start;
     const double side = std::min(placed.frame.width, placed.frame.height);
-    list.items.push_back({aligned({side, side}, placed.frame, Alignment::center), color_,
-                          ArcItem{from, from + sweep, style_.lineWidth, style_.lineCap}});
+    list.items.emplace_back(aligned({side, side}, placed.frame, Alignment::center), color_,
+                            ArcItem{from, from + sweep, style_.lineWidth, style_.lineCap});
   }
 
  protected:
@@ -60,7 +60,7 @@ class CircleElement : public Element {
 class DividerElement : public Element {
  public:
   void emit(const Placed& placed, DrawList& list) const override {
-    list.items.push_back({placed.frame, Color::clear, DividerItem{}});
+    list.items.emplace_back(placed.frame, Color::clear, DividerItem{});
   }
 
  protected:

@@ -29,7 +29,7 @@ class TextElement : public Element {
   void emit(const Placed& placed, DrawList& list) const override {
     if (content_.empty()) return;
     const TextItem item{content_, font_, placement(placed.frame.width), shaped_};
-    list.items.push_back({placed.frame, color_, item});
+    list.items.emplace_back(placed.frame, color_, item);
     list.accessibility.push_back(content_);
   }
 
