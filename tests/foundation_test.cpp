@@ -35,7 +35,7 @@ std::string decodingError(std::string_view document, const Read& read) {
 
 TEST(Json, decodesStrictly) {
   const JsonDecoder object(
-      R"({"a":5.0,"b":-9223372036854775808,"c":null,"d":"x","e":[1,2],"f":1e2})");
+      R"({"a":5.0,"b":-9223372036854775808,"c":null,"d":1,"d":"x","e":[1,2],"f":1e2})");
   EXPECT_EQ(object.at("a").integer(), 5);
   EXPECT_EQ(object.at("b").integer(), INT64_MIN);
   EXPECT_EQ(object.at("f").integer(), 100);

@@ -3,16 +3,13 @@
 #include <nlohmann/json.hpp>
 
 #include <cmath>
+#include <utility>
+
+#include "platform/foundation/json_tree.hpp"
 
 namespace platform {
 
 namespace {
-
-constexpr int deepestNesting = 512;
-
-const nlohmann::json& asValue(const void* value) {
-  return *static_cast<const nlohmann::json*>(value);
-}
 
 bool holdsNonFiniteNumber(const Json& value) {
   if (value.is_number_float()) return !std::isfinite(value.get<double>());
@@ -23,94 +20,83 @@ bool holdsNonFiniteNumber(const Json& value) {
   return false;
 }
 
-nlohmann::json parseDocument(std::string_view text) {
-  const auto limitDepth = [](int depth, nlohmann::json::parse_event_t, nlohmann::json&) {
-    if (depth > deepestNesting) throw JsonDecodingError("nested too deeply");
-    return true;
-  };
-  try {
-    return nlohmann::json::parse(text.begin(), text.end(), limitDepth);
-  } catch (const nlohmann::json::exception&) {
-    // The library's message quotes the input, which may hold a secret.
-    throw JsonDecodingError("not a JSON document");
-  }
+template <class Value>
+const Value* valueIn(const JsonNode& node) {
+  return std::get_if<Value>(&node.value);
 }
 
 }  // namespace
 
-struct JsonDecoder::Document {
-  nlohmann::json root;
-};
-
 JsonDecoder::JsonDecoder(std::string_view document)
-    : document_(std::make_shared<Document>(Document{parseDocument(document)})),
-      value_(&document_->root) {}
+    : tree_(std::make_shared<JsonTree>(document)), node_(&tree_->root()) {}
 
-JsonDecoder::JsonDecoder(std::shared_ptr<const Document> document, const void* value,
-                         std::string path)
-    : document_(std::move(document)), value_(value), path_(std::move(path)) {}
+JsonDecoder::JsonDecoder(std::shared_ptr<const JsonTree> tree, const JsonNode* node)
+    : tree_(std::move(tree)), node_(node) {}
 
 void JsonDecoder::fail(std::string_view expected) const {
-  const std::string where = path_.empty() ? "the document" : path_;
-  throw JsonDecodingError(where + ": expected " + std::string(expected));
+  const auto path = jsonPath(*node_);
+  throw JsonDecodingError((path.empty() ? "the document" : path) + ": expected " +
+                          std::string(expected));
+}
+
+/// The last member of that name, as every reader of JSON takes it.
+const JsonNode* JsonDecoder::member(std::string_view key) const {
+  const auto* object = valueIn<JsonObject>(*node_);
+  if (object == nullptr) fail("an object");
+  const JsonNode* found = nullptr;
+  for (const auto* node = object->first; node != nullptr; node = node->next) {
+    if (node->key == key) found = node;
+  }
+  return found;
 }
 
 bool JsonDecoder::contains(std::string_view key) const {
-  return asValue(value_).is_object() && asValue(value_).contains(key);
+  return valueIn<JsonObject>(*node_) != nullptr && member(key) != nullptr;
 }
 
 JsonDecoder JsonDecoder::at(std::string_view key) const {
-  const auto& value = asValue(value_);
-  if (!value.is_object()) fail("an object");
-  const auto path = path_.empty() ? std::string(key) : path_ + "." + std::string(key);
-  const auto found = value.find(key);
-  if (found == value.end()) throw JsonDecodingError(path + ": missing");
-  return {document_, &*found, path};
+  const auto* found = member(key);
+  if (found == nullptr) throw JsonDecodingError(jsonPath(*node_, key) + ": missing");
+  return {tree_, found};
 }
 
 std::optional<JsonDecoder> JsonDecoder::optionalAt(std::string_view key) const {
-  const auto& value = asValue(value_);
-  if (!value.is_object()) fail("an object");
-  const auto found = value.find(key);
-  if (found == value.end() || found->is_null()) return std::nullopt;
-  return at(key);
+  const auto* found = member(key);
+  if (found == nullptr || valueIn<std::nullptr_t>(*found) != nullptr) return std::nullopt;
+  return JsonDecoder(tree_, found);
 }
 
 std::string JsonDecoder::string() const {
-  const auto* text = asValue(value_).get_ptr<const std::string*>();
+  const auto* text = valueIn<std::string_view>(*node_);
   if (text == nullptr) fail("a string");
-  return *text;
+  return std::string(*text);
 }
 
 double JsonDecoder::number() const {
-  if (!asValue(value_).is_number()) fail("a number");
-  return asValue(value_).get<double>();
+  if (const auto* number = valueIn<double>(*node_)) return *number;
+  if (const auto* number = valueIn<std::int64_t>(*node_)) return static_cast<double>(*number);
+  if (const auto* number = valueIn<std::uint64_t>(*node_)) return static_cast<double>(*number);
+  fail("a number");
 }
 
 std::int64_t JsonDecoder::integer() const {
-  const auto& value = asValue(value_);
-  if (value.is_number_unsigned()) {
-    const auto integer = value.get<std::uint64_t>();
-    if (integer <= static_cast<std::uint64_t>(INT64_MAX)) return static_cast<std::int64_t>(integer);
-  } else if (value.is_number_integer()) {
-    return value.get<std::int64_t>();
-  } else if (value.is_number_float()) {
-    const auto number = value.get<double>();
-    const bool fits = number > -0x1p63 && number < 0x1p63;
-    if (fits && number == std::trunc(number)) return static_cast<std::int64_t>(number);
+  if (const auto* integer = valueIn<std::uint64_t>(*node_)) {
+    if (std::in_range<std::int64_t>(*integer)) return static_cast<std::int64_t>(*integer);
+  } else if (const auto* negative = valueIn<std::int64_t>(*node_)) {
+    return *negative;
+  } else if (const auto* number = valueIn<double>(*node_)) {
+    const bool fits = *number > -0x1p63 && *number < 0x1p63;
+    if (fits && *number == std::trunc(*number)) return static_cast<std::int64_t>(*number);
   }
   fail("a 64-bit integer");
 }
 
 std::vector<JsonDecoder> JsonDecoder::array() const {
-  const auto& value = asValue(value_);
-  if (!value.is_array()) fail("an array");
+  const auto* list = valueIn<JsonArray>(*node_);
+  if (list == nullptr) fail("an array");
   std::vector<JsonDecoder> elements;
-  elements.reserve(value.size());
-  for (const auto& element : value) {
-    const auto path = path_ + "[" + std::to_string(elements.size()) + "]";
-    elements.push_back(JsonDecoder{document_, &element, path});
-  }
+  for (const auto* node = list->first; node != nullptr; node = node->next)
+    elements.push_back(JsonDecoder(tree_, node));
   return elements;
 }
 

@@ -28,6 +28,9 @@ class JsonEncodingError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+struct JsonNode;
+class JsonTree;
+
 /// A strict view of one value of a parsed document. Copies share the document.
 class JsonDecoder {
  public:
@@ -52,13 +55,12 @@ class JsonDecoder {
   [[nodiscard]] std::optional<std::int64_t> optionalInteger(std::string_view key) const;
 
  private:
-  struct Document;
-  JsonDecoder(std::shared_ptr<const Document> document, const void* value, std::string path);
+  JsonDecoder(std::shared_ptr<const JsonTree> tree, const JsonNode* node);
   [[noreturn]] void fail(std::string_view expected) const;
+  [[nodiscard]] const JsonNode* member(std::string_view key) const;
 
-  std::shared_ptr<const Document> document_;
-  const void* value_;
-  std::string path_;
+  std::shared_ptr<const JsonTree> tree_;
+  const JsonNode* node_;
 };
 
 /// A double as a JSON number; whole numbers are written without a fraction (96, not 96.0).
