@@ -248,6 +248,18 @@ TEST_F(Drawing, hostileFiguresStayInBounds) {
   }
 }
 
+TEST_F(Drawing, everyFormatTakesNoncharacters) {
+  using platform::PictureFormat;
+  auto entry = sampleEntry();
+  for (const char* balance : {"\ufdd0", "\uffff1", "a\U0001fffe", "\U0010ffff\ufdef"}) {
+    entry.snapshot.balance = balance;
+    const auto list = draw(entry, WidgetFamily::systemMedium);
+    EXPECT_EQ(find(list, balance)["truncated"], false);
+    for (const auto format : {PictureFormat::png, PictureFormat::svg, PictureFormat::pdf})
+      EXPECT_FALSE(platform::picture(list, format).empty()) << balance;
+  }
+}
+
 TEST_F(Drawing, otherScriptsDoNotMoveTheRest) {
   const auto yOf = [](const char* balance) {
     auto entry = sampleEntry();

@@ -36,6 +36,15 @@ std::string oneLine(std::string_view text) {
   return utf8(line);
 }
 
+std::string drawableUtf8(std::string_view bytes) {
+  auto text = unicodeText(bytes);
+  for (int32_t i = 0; i < text.length(); i = text.moveIndex32(i, 1)) {
+    const UChar32 character = text.char32At(i);
+    if (U_IS_UNICODE_NONCHAR(character)) text.replace(i, U16_LENGTH(character), UChar32{0xFFFD});
+  }
+  return utf8(text);
+}
+
 std::optional<double> numberFromText(std::string_view text) {
   constexpr std::string_view whiteSpace = " \t\n\v\f\r";
   if (text.empty() || whiteSpace.find(text.front()) != std::string_view::npos) return std::nullopt;

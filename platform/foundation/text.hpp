@@ -14,6 +14,10 @@ std::string repairedUtf8(std::string_view bytes);
 /// spaces, ill-formed sequences U+FFFD, and what goes beyond 300 characters is cut.
 std::string oneLine(std::string_view text);
 
+/// The same, and each noncharacter (the Unicode Standard, section 23.7) becoming U+FFFD, too: not
+/// every format of pictures takes them.
+std::string drawableUtf8(std::string_view bytes);
+
 /// A number as C's strtod reads it in the C locale (sign, exponent, hexadecimal, inf and nan
 /// included). The whole text must be the number: white space in front, anything behind it, or an
 /// empty text make it absent.

@@ -60,7 +60,7 @@ std::string replaced(std::string text, const std::string& from, const std::strin
 
 /// The text as it is drawn: well-formed, on one paragraph, and no longer than can be seen.
 std::string drawnText(const std::string& content, const FoundFont& font) {
-  std::string text = repairedUtf8(content);
+  std::string text = drawableUtf8(content);
   std::size_t characters = 0;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const auto byte = static_cast<unsigned char>(text[i]);
