@@ -7,11 +7,10 @@
 #include "VelmoraWidget/Payments.hpp"
 #include "VelmoraWidget/Reports.hpp"
 #include "VelmoraWidget/SnapshotFetch.hpp"
-#include "VelmoraWidget/VelmoraSnapshot.hpp"
 #include "desktop/widget_answer.hpp"
 #include "platform/foundation/json.hpp"
 
-// Answers of the services, the stored snapshot, and what a widget program prints.
+// Answers of the services, and what a widget program prints.
 
 namespace {
 
@@ -36,10 +35,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     velmora::reportTotal(report);
     const auto days = velmora::parseReportRows(report.headers, report.rows);
     if (!days.empty()) velmora::periodFigures(days, velmora::anchorDay(days, {}));
-  });
-  attempt([&] {
-    const auto snapshot = velmora::decodeSnapshot(input);
-    if (velmora::decodeSnapshot(velmora::encodeSnapshot(snapshot)) != snapshot) __builtin_trap();
   });
   desktop::parseAnswer(std::string(input));
   return 0;

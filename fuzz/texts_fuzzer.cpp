@@ -11,10 +11,11 @@
 // Texts: amounts, numbers, dates, addresses, currency codes.
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static const auto days = velmora::makeDayFormatter();
   const std::string input(reinterpret_cast<const char*>(data), size);
   velmora::parseAmount(input);
   velmora::formatCurrency(platform::numberFromText(input).value_or(1), input);
-  static_cast<void>(velmora::makeDayFormatter().date(input));
+  static_cast<void>(days.date(input));
   desktop::unixSecondsFromIso(input);
   platform::urlWithQuery(input, {{input, input}});
   const auto repaired = platform::repairedUtf8(input);
