@@ -14,11 +14,6 @@ namespace {
 
 constexpr double quarterTurnBack = -0.25;  // from three o'clock to twelve
 
-double clampedFraction(double progress) {
-  if (!(progress > 0)) return 0;  // not a number, too
-  return progress < 1 ? progress : 1;
-}
-
 }  // namespace
 
 std::string ProgressRing::percentText() const {
@@ -34,7 +29,7 @@ platform::View ProgressRing::body() const {
   return platform::layers({
                               platform::circle({.lineWidth = lineWidth, .lineCap = LineCap::butt})
                                   .foregroundColor(stateColor.opacity(0.18)),
-                              platform::circle({.trimTo = clampedFraction(progress),
+                              platform::circle({.trimTo = progress,
                                                 .lineWidth = lineWidth,
                                                 .lineCap = LineCap::round,
                                                 .rotation = quarterTurnBack})

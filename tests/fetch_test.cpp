@@ -96,6 +96,9 @@ TEST_F(Fetch, makesItsRequestsInOrderOverOneConnection) {
   }
   EXPECT_EQ(ports.size(), 1U);
   const std::string account = *UserDefaults::standard().string(accountCacheKey);
+  EXPECT_THAT(targets.at(2),
+              testing::EndsWith("&startDate.year=2026&startDate.month=4&startDate.day=17&"
+                                "endDate.year=2026&endDate.month=5&endDate.day=21"));
   const auto lastYear = "/v2/" + account +
                         "/reports:generate?dateRange=CUSTOM&metrics=ESTIMATED_EARNINGS&"
                         "startDate.year=2025&startDate.month=5&startDate.day=1&"

@@ -60,12 +60,15 @@ TEST_F(Files, privateFilesAreWholeAndForTheUserAlone) {
 
 TEST_F(Files, outputsKeepTheirPermissionsAndNeverHang) {
   const auto file = folder_ / std::string(255, 'x');
+  const auto mask = ::umask(027);
   writeOutputFile(file, "one");
-  ::chmod(file.c_str(), 0640);
+  ::umask(mask);
+  EXPECT_EQ(mode(file), 0640U);
+  ::chmod(file.c_str(), 0604);
   fs::create_symlink(file, folder_ / "link");
   writeOutputFile(folder_ / "link", "two");
   EXPECT_EQ(tests::readFile(file), "two");
-  EXPECT_EQ(mode(file), 0640U);
+  EXPECT_EQ(mode(file), 0604U);
   EXPECT_TRUE(fs::is_symlink(folder_ / "link"));
   fs::create_symlink("loop", folder_ / "loop");
   ::mkfifo((folder_ / "pipe").c_str(), 0600);

@@ -130,6 +130,11 @@ TEST(Http, redirectsWithinTheHostKeepEverything) {
   auto request = credentialed(server.url("/"));
   request.body = " body";
   EXPECT_EQ(sendRequest(request).body, "Bearer secret body");
+  redirectTo(server, "/next", 303);
+  request.headers.push_back({"Content-Type", "text/x"});
+  failure(request);
+  EXPECT_EQ(server.requests.back().method, "GET");
+  EXPECT_FALSE(server.requests.back().has_header("Content-Type")) << "it described the body";
 }
 
 TEST(Http, redirectsFollowTheRules) {

@@ -102,9 +102,9 @@ TEST_F(TextsTest, ofValues) {
     return PerfMetric{"", "", kind, {value, 0}, currency}.valueText();
   };
   const std::pair<double, const char*> counts[] = {
-      {203, "203"},       {999.6, "1,000"},  {1000, "1.00 k"},    {4510, "4.51 k"},
-      {9999, "10.00 k"},  {15100, "15.1 k"}, {99999, "100.0 k"},  {123456, "123 k"},
-      {-4510, "-4.51 k"}, {0, "0"},          {1e9, "1,000,000 k"}};
+      {203, "203"},       {999.6, "1,000"},   {1000, "1.00 k"},    {4510, "4.51 k"},
+      {9999, "10.00 k"},  {10'000, "10.0 k"}, {99999, "100.0 k"},  {100'000, "100 k"},
+      {-4510, "-4.51 k"}, {0, "0"},           {1e9, "1,000,000 k"}};
   for (const auto& [value, expected] : counts) EXPECT_EQ(text(MetricKind::count, value), expected);
   EXPECT_EQ(text(MetricKind::percent, 4.5), "4.50 %");
   EXPECT_EQ(text(MetricKind::percent, 0.06), "0.06 %");

@@ -198,24 +198,10 @@ TEST_F(Programs, sandboxServesUntilItIsTold) {
     EXPECT_EQ(tests::run({program, bad}).status, 2) << bad;
 }
 
-TEST_F(Programs, lockedOrMissingKeyringsCountAsSignedOut) {
+TEST_F(Programs, aMissingKeyringCountsAsSignedOut) {
   unsetenv("SECRET_BACKEND");
   setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent", 1);
-  const std::string connected = R"("isConnected":true)";
-  const auto without = tests::run({widgetUnderTest(), "snapshot"});
-  EXPECT_EQ(without.status, 0);
-  EXPECT_EQ(without.output.find(connected), std::string::npos);
-
-  const std::string ask = widgetUnderTest() + " snapshot | grep -c '" + connected + "'; ";
-  const auto result = tests::run(
-      {"/usr/bin/dbus-run-session", "--", "/bin/bash", "-c",
-       "unset DISPLAY; export HOME=" + folder_.string() + " XDG_RUNTIME_DIR=" + folder_.string() +
-           "; printf pw | gnome-keyring-daemon --unlock --components=secrets >/dev/null 2>&1; " +
-           "printf token | secret-tool store --label=x service com.brenvik.velmora account " +
-           "google.refresh_token access-group Q7M2K9D4XW.com.brenvik.velmora.shared; " + ask +
-           "gdbus call --session --dest org.freedesktop.secrets --object-path "
-           "/org/freedesktop/secrets --method org.freedesktop.Secret.Service.Lock "
-           "\"['/org/freedesktop/secrets/collection/login']\" >/dev/null; " +
-           ask});
-  EXPECT_EQ(result.output, "1\n0\n") << result.errors;
+  const auto result = tests::run({widgetUnderTest(), "snapshot"});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_THAT(result.output, testing::HasSubstr(R"("isConnected":false)"));
 }

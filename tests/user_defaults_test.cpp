@@ -9,6 +9,7 @@
 #include <csignal>
 #include <thread>
 
+#include "platform/foundation/bundle.hpp"
 #include "tests/support/environment.hpp"
 
 using platform::UserDefaults;
@@ -68,6 +69,13 @@ TEST_F(UserDefaultsTest, setsDamagedFilesAsideAndLosesNothingOfThem) {
   EXPECT_EQ(defaults.string("a"), "in the place of a folder");
 }
 
+TEST_F(UserDefaultsTest, standInTheHomeUnlessToldAnAbsoluteFolder) {
+  for (const char* ignored : {"state", ""}) {
+    setenv("XDG_STATE_HOME", ignored, 1);
+    EXPECT_EQ(platform::stateFolder(), folder_ / ".local/state/velmora-widget");
+  }
+}
+
 TEST_F(UserDefaultsTest, dropsWritesThatCannotBeMade) {
   tests::writeFile(folder_ / "state", "a file where the folder should be");
   UserDefaults::standard().setString("a", "b");
@@ -96,17 +104,4 @@ TEST_F(UserDefaultsTest, holdsTheOldOrTheNewValueWhenProcessesAreKilled) {
     const auto value = UserDefaults::standard().data("a");
     ASSERT_TRUE(value == first || value == second) << round;
   }
-}
-
-TEST_F(UserDefaultsTest, servesManyThreads) {
-  std::vector<std::thread> threads;
-  for (int i = 0; i < 4; ++i) {
-    threads.emplace_back([i] {
-      for (int n = 0; n < 10; ++n)
-        UserDefaults::standard().setString("key" + std::to_string(i), std::to_string(n));
-    });
-  }
-  for (auto& thread : threads) thread.join();
-  for (int i = 0; i < 4; ++i)
-    EXPECT_EQ(UserDefaults::standard().string("key" + std::to_string(i)), "9");
 }

@@ -149,7 +149,8 @@ View label(View title, Symbol symbol);
 /// A stroked circle that touches the edges of the room it is given.
 struct CircleStyle {
   /// The part of the outline that is drawn, as fractions of it. The outline starts at three
-  /// o'clock and runs clockwise.
+  /// o'clock and runs clockwise. Less than none of it, or what is no number, draws nothing; more
+  /// than all of it draws all.
   double trimFrom = 0;
   double trimTo = 1;
   double lineWidth = 1;
