@@ -85,22 +85,6 @@ TEST(Http, sendsWhatItIsGivenAndNothingElse) {
                                           "LOCAL_PORT", "REMOTE_ADDR", "REMOTE_PORT", "X-Own"}));
 }
 
-TEST(Http, keepsOneConnection) {
-  Server server;
-  for (int i = 0; i < 20; ++i) sendRequest(credentialed(server.url("/")));
-  std::set<int> ports;
-  for (const auto& request : server.requests) ports.insert(request.remote_port);
-  EXPECT_EQ(ports.size(), 1U);
-}
-
-TEST(Http, everyStatusIsAnAnswer) {
-  Server server;
-  for (const int status : {204, 299, 300, 304, 404, 500}) {
-    server.respond = [=](const auto&, auto& response) { response.status = status; };
-    EXPECT_EQ(sendRequest(credentialed(server.url("/"))).status, status);
-  }
-}
-
 TEST(Http, redirectsKeepCredentialsAtHome) {
   Server other;
   Server server;

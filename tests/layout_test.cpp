@@ -149,12 +149,6 @@ TEST(Texts, shrinkThenAreCut) {
   EXPECT_EQ(drawn(100, 80, 1), std::tuple(1, true, 80));
 }
 
-TEST(Texts, wrapWithoutALineLimit) {
-  const auto list = draw(filled(text(std::string(10, 'x')).font(Font::system(10))), {30, 100});
-  EXPECT_EQ(list.items[0].frame, (Rect{0, 0, 30, 20}));
-  EXPECT_TRUE(std::get<TextItem>(list.items[0].content).placement.wrapped);
-}
-
 TEST(Shapes, drawOnlyWhatCanBeSeen) {
   const auto arcs = [](CircleStyle style) {
     return draw(circle(style).frame({.width = 20, .height = 20}), {20, 20}).items;
@@ -167,15 +161,6 @@ TEST(Shapes, drawOnlyWhatCanBeSeen) {
   ASSERT_EQ(line.items.size(), 1U);
   EXPECT_EQ(line.items[0].frame, (Rect{0, 50, 100, 0.5}));
   EXPECT_EQ(line.items[0].color, (Color{1, 1, 1, 0.15}));
-}
-
-TEST(Modifiers, innermostWins) {
-  const auto list = draw(hStack({}, {symbol(Symbol::triangleUp).font(Font::system(7)), text("x")})
-                             .font(Font::system(20))
-                             .foregroundColor(Color::systemGreen));
-  EXPECT_EQ(list.items[0].frame.height, 7);
-  EXPECT_EQ(list.items[1].frame.height, 20);
-  EXPECT_EQ(list.items[1].color, Color::systemGreen);
 }
 
 TEST(Accessibility, speaksOnePhraseForEachElement) {

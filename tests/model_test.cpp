@@ -71,14 +71,6 @@ TEST(Snapshot, comesBackUnchanged) {
 
 using CacheTest = tests::Environment;
 
-TEST_F(CacheTest, loadsWhatWasSaved) {
-  EXPECT_EQ(loadCachedSnapshot(), std::nullopt);
-  auto snapshot = VelmoraSnapshot::sample();
-  snapshot.today = 42;
-  saveCachedSnapshot(snapshot);
-  EXPECT_EQ(loadCachedSnapshot(), snapshot);
-}
-
 TEST_F(CacheTest, leavesUnreadableBytesAndRemovesWhatCannotBeSaved) {
   const auto defaults = UserDefaults::standard();
   defaults.setData(snapshotCacheKey, "{broken");

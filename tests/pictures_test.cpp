@@ -5,14 +5,17 @@
 #include <functional>
 
 #include "VelmoraWidget/EarningsWidget.hpp"
+#include "VelmoraWidget/EarningsWidgetView.hpp"
 #include "platform/widgets/widget_drawing.hpp"
 #include "tests/support/environment.hpp"
 #include "tests/support/pixels.hpp"
 
 // Compares what is drawn with the pictures and draw lists in tests/pictures. The letters of a font
 // change from release to release, so of a text its place, its colour and how much ink it takes are
-// compared; all else is compared pixel by pixel.
+// compared; all else is compared pixel by pixel. REDRAW_PICTURES=1 in the environment writes them
+// anew: look at them then.
 
+using namespace velmora;
 using platform::Json;
 using platform::WidgetFamily;
 using tests::Pixels;
@@ -149,15 +152,31 @@ using Pictures = tests::Environment;
 
 TEST_F(Pictures, lookAsTheyDid) {
   using platform::PictureFormat;
-  for (const auto& [family, name] : {std::pair(WidgetFamily::systemSmall, "small"),
-                                     std::pair(WidgetFamily::systemMedium, "medium"),
-                                     std::pair(WidgetFamily::systemLarge, "large")}) {
+  const EarningsEntry sample{{}, VelmoraSnapshot::sample(), defaultObjectives, true};
+  auto signedOut = sample;
+  signedOut.isConnected = false;
+  auto cut = sample;
+  cut.snapshot.balance = "A balance that is longer than the room for it";
+  const std::tuple<const char*, WidgetFamily, EarningsEntry> pictures[] = {
+      {"small", WidgetFamily::systemSmall, sample},
+      {"medium", WidgetFamily::systemMedium, sample},
+      {"large", WidgetFamily::systemLarge, sample},
+      {"signed-out", WidgetFamily::systemSmall, signedOut},
+      {"cut", WidgetFamily::systemMedium, cut}};
+  auto view = EarningsWidget{}.body().placeholder({}).view;
+  for (const auto& [name, family, entry] : pictures) {
     SCOPED_TRACE(name);
-    const auto entry = velmora::EarningsWidget{}.body().placeholder({});
-    const auto list = platform::drawWidget(entry.view, family, scale);
-    auto now = drawing(platform::picture(list, PictureFormat::png),
-                       platform::picture(list, PictureFormat::json));
+    setLanguages(entry.isConnected ? "en" : "fr");  // where the sentence takes two lines
+    view.content = EarningsWidgetView{entry, std::nullopt};
+    const auto list = platform::drawWidget(view, family, scale);
+    const auto png = platform::picture(list, PictureFormat::png);
+    const auto json = platform::picture(list, PictureFormat::json);
     const auto file = std::string(PICTURES) + "/" + name;
+    if (std::getenv("REDRAW_PICTURES") != nullptr) {
+      tests::writeFile(file + ".png", png);
+      tests::writeFile(file + ".json", json);
+    }
+    auto now = drawing(png, json);
     auto wanted = drawing(tests::readFile(file + ".png"), tests::readFile(file + ".json"));
     ASSERT_EQ(now.pixels.all.size(), wanted.pixels.all.size());
     ASSERT_EQ(now.items.size(), wanted.items.size());

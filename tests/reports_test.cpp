@@ -84,12 +84,6 @@ TEST(ReportRows, areReadByName) {
   EXPECT_THROW(tableOf(R"({"rows":[{}]})"), platform::JsonDecodingError);
 }
 
-TEST(ReportRows, twiceNamedColumnsTakeTheLater) {
-  const auto table = tableOf(R"({"headers":[{"name":"DATE"},{"name":"CLICKS"},{"name":"CLICKS"}],
-      "rows":[{"cells":[{"value":"a"},{"value":"1"},{"value":"2"}]}]})");
-  EXPECT_EQ(table.at("a").clicks, 2);
-}
-
 TEST(ReportTotals, preferTheFirstTotal) {
   const auto total = [](const char* report) { return reportTotal(decodeReportResponse(report)); };
   EXPECT_EQ(

@@ -16,20 +16,11 @@ namespace fs = std::filesystem;
 namespace {
 
 const SecretSchema* companionSchema() {
-  static const SecretSchema schema{"com.brenvik.velmora.companion",
-                                   SECRET_SCHEMA_NONE,
-                                   {{"service", SECRET_SCHEMA_ATTRIBUTE_STRING},
-                                    {"account", SECRET_SCHEMA_ATTRIBUTE_STRING},
-                                    {"access-group", SECRET_SCHEMA_ATTRIBUTE_STRING}},
-                                   0,
-                                   nullptr,
-                                   nullptr,
-                                   nullptr,
-                                   nullptr,
-                                   nullptr,
-                                   nullptr,
-                                   nullptr};
-  return &schema;
+  static const SecretSchema* const schema =
+      secret_schema_new("com.brenvik.velmora.companion", SECRET_SCHEMA_NONE, "service",
+                        SECRET_SCHEMA_ATTRIBUTE_STRING, "account", SECRET_SCHEMA_ATTRIBUTE_STRING,
+                        "access-group", SECRET_SCHEMA_ATTRIBUTE_STRING, nullptr);
+  return schema;
 }
 
 /// libsecret opens its file store once in a process, so all tests of a program share one.

@@ -1,11 +1,9 @@
 #include "tests/support/real_keyring.hpp"
 
-#include <sys/prctl.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <chrono>
 #include <csignal>
+#include <cstring>
+#include <ctime>
 #include <functional>
 #include <stdexcept>
 #include <thread>
@@ -18,7 +16,6 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr const char* service = "/org/freedesktop/secrets";
-constexpr const char* serviceName = "org.freedesktop.secrets";
 constexpr const char* password = "keyring password";
 constexpr const char* internals = "org.gnome.keyring.InternalUnsupportedGuiltRiddenInterface";
 
@@ -31,71 +28,42 @@ void waitFor(const char* what, const std::function<bool()>& happened) {
   }
 }
 
-/// Starts a program that ends with this one, quietly, with a text on its standard input.
-pid_t start(const std::vector<const char*>& arguments, const std::string& input) {
-  int ends[2];
-  if (pipe(ends) != 0) throw std::runtime_error("no pipe");
-  const platform::Descriptor output(ends[0]), text(ends[1]);
-  const pid_t child = fork();
-  if (child == 0) {
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
-    dup2(output.get(), STDIN_FILENO);
-    if (freopen("/dev/null", "w", stdout) && freopen("/dev/null", "w", stderr)) {
-      close(text.get());
-      execvp(arguments[0], const_cast<char* const*>(arguments.data()));
-    }
-    _exit(127);
-  }
-  if (write(text.get(), input.data(), input.size()) < 0) throw std::runtime_error("no input");
-  return child;
-}
-
 }  // namespace
 
-RealKeyring::RealKeyring() {
+RealKeyring::RealKeyring() : bus_(g_test_dbus_new(G_TEST_DBUS_NONE)) {
   std::string pattern = (fs::temp_directory_path() / "velmora-keyring-XXXXXX").string();
   home_ = mkdtemp(pattern.data());
-  const auto address = "unix:path=" + (home_ / "bus").string();
   for (const char* folder : {"HOME", "XDG_RUNTIME_DIR", "XDG_DATA_HOME"})
     setenv(folder, home_.c_str(), 1);
-  setenv("DBUS_SESSION_BUS_ADDRESS", address.c_str(), 1);
   for (const char* other : {"SECRET_BACKEND", "DISPLAY", "WAYLAND_DISPLAY"}) unsetenv(other);
-
-  const auto option = "--address=" + address;
-  children_[0] = start({"dbus-daemon", "--session", "--nofork", option.c_str(), nullptr}, "");
-  waitFor("the session bus", [&] {
-    bus_.reset(g_dbus_connection_new_for_address_sync(
-        address.c_str(),
-        static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                          G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
-        nullptr, nullptr, nullptr));
-    return bus_ != nullptr;
+  g_test_dbus_up(bus_.get());
+  connection_.reset(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
+  constexpr auto quietly = static_cast<GSubprocessFlags>(G_SUBPROCESS_FLAGS_STDIN_PIPE |
+                                                         G_SUBPROCESS_FLAGS_STDOUT_SILENCE |
+                                                         G_SUBPROCESS_FLAGS_STDERR_SILENCE);
+  daemon_.reset(g_subprocess_new(quietly, nullptr, "gnome-keyring-daemon", "--foreground",
+                                 "--unlock", "--components=secrets", nullptr));
+  if (!connection_ || !daemon_) throw std::runtime_error("no bus or no gnome-keyring-daemon");
+  auto* input = g_subprocess_get_stdin_pipe(daemon_.get());
+  g_output_stream_write(input, password, std::strlen(password), nullptr, nullptr);
+  g_output_stream_close(input, nullptr, nullptr);
+  waitFor("the keyring daemon", [this] {
+    try {
+      const auto opened = call(service, "org.freedesktop.Secret.Service", "OpenSession",
+                               g_variant_new_parsed("('plain', <''>)"));
+      const char* session = nullptr;
+      g_variant_get(opened.get(), "(v&o)", nullptr, &session);
+      session_ = session;
+    } catch (const std::runtime_error&) {
+      return false;  // not yet on the bus
+    }
+    return true;
   });
-  children_[1] =
-      start({"gnome-keyring-daemon", "--foreground", "--unlock", "--components=secrets", nullptr},
-            password);
-  waitFor("the keyring daemon", [&] {
-    GError* failure = nullptr;
-    const Variant owned(
-        g_dbus_connection_call_sync(bus_.get(), "org.freedesktop.DBus", "/", "org.freedesktop.DBus",
-                                    "NameHasOwner", g_variant_new("(s)", serviceName), nullptr,
-                                    G_DBUS_CALL_FLAGS_NONE, 5000, nullptr, &failure));
-    g_clear_error(&failure);
-    gboolean there = 0;
-    if (owned) g_variant_get(owned.get(), "(b)", &there);
-    return there != 0;
-  });
-  const auto opened = call(service, "org.freedesktop.Secret.Service", "OpenSession",
-                           g_variant_new_parsed("('plain', <''>)"));
-  const char* session = nullptr;
-  g_variant_get(opened.get(), "(v&o)", nullptr, &session);
-  session_ = session;
 }
 
 RealKeyring::~RealKeyring() {
-  for (const pid_t child : {children_[1], children_[0]}) {
-    if (child > 0 && kill(child, SIGKILL) == 0) waitpid(child, nullptr, 0);
-  }
+  if (daemon_) g_subprocess_force_exit(daemon_.get());
+  g_test_dbus_stop(bus_.get());  // "down" would wait for libsecret to let go of the bus
   std::error_code ignored;
   fs::remove_all(home_, ignored);
 }
@@ -103,9 +71,9 @@ RealKeyring::~RealKeyring() {
 RealKeyring::Variant RealKeyring::call(const std::string& path, const char* interface,
                                        const char* method, GVariant* arguments) {
   GError* failure = nullptr;
-  Variant answer(g_dbus_connection_call_sync(bus_.get(), serviceName, path.c_str(), interface,
-                                             method, arguments, nullptr, G_DBUS_CALL_FLAGS_NONE,
-                                             5000, nullptr, &failure));
+  Variant answer(g_dbus_connection_call_sync(connection_.get(), "org.freedesktop.secrets",
+                                             path.c_str(), interface, method, arguments, nullptr,
+                                             G_DBUS_CALL_FLAGS_NONE, 5000, nullptr, &failure));
   const platform::Owned<GError, g_error_free> error(failure);
   if (error) throw std::runtime_error(std::string(method) + ": " + error->message);
   return answer;
@@ -164,7 +132,7 @@ void RealKeyring::modifyLast(const std::string& item, const std::string& secret)
 }
 
 void RealKeyring::setAnswering(bool answering) {
-  kill(children_[1], answering ? SIGCONT : SIGSTOP);
+  g_subprocess_send_signal(daemon_.get(), answering ? SIGCONT : SIGSTOP);
 }
 
 }  // namespace tests

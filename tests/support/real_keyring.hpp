@@ -2,8 +2,6 @@
 
 #include <gio/gio.h>
 
-#include <array>
-#include <cstdint>
 #include <filesystem>
 #include <string>
 
@@ -46,8 +44,9 @@ class RealKeyring {
   GVariant* secretStruct(const std::string& secret);
 
   std::filesystem::path home_;
-  platform::Owned<GDBusConnection, g_object_unref> bus_;
-  std::array<pid_t, 2> children_{};
+  platform::Owned<GTestDBus, g_object_unref> bus_;
+  platform::Owned<GDBusConnection, g_object_unref> connection_;
+  platform::Owned<GSubprocess, g_object_unref> daemon_;
   std::string session_;
 };
 
