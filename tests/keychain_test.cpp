@@ -48,6 +48,34 @@ TEST(Keychain, findsAnOpenItemBesideALockedOne) {
   EXPECT_EQ(found("nobody"), std::to_string(keychain_status::itemNotFound));
 }
 
+TEST(Keychain, storingLeavesOneItemAndRemovingNone) {
+  const KeychainKey key{"com.brenvik.velmora", "written", "Q7M2K9D4XW.com.brenvik.velmora.shared"};
+  EXPECT_EQ(removeGenericPassword(key), keychain_status::itemNotFound);
+  const auto other = keyring().makeKeyring("elsewhere");
+  keyring().store("written", "by somebody");
+  keyring().store("written", "by somebody else", other);
+  keyring().store("spared", "of another account");
+  for (const char* secret : {"first", "second"}) {
+    EXPECT_EQ(storeGenericPassword(key, "Velmora", secret), keychain_status::success);
+    EXPECT_EQ(found("written"), secret);
+    EXPECT_EQ(keyring().count("written"), 1);
+  }
+  EXPECT_EQ(keychainReadiness(), keychain_status::success);
+  keyring().lock();
+  EXPECT_EQ(keychainReadiness(), keychain_status::interactionNotAllowed);
+  EXPECT_EQ(storeGenericPassword(key, "Velmora", "third"), keychain_status::interactionNotAllowed);
+  EXPECT_EQ(removeGenericPassword(key), keychain_status::interactionNotAllowed);
+  keyring().unlock();
+  EXPECT_EQ(found("written"), "second");
+  EXPECT_EQ(removeGenericPassword(key), keychain_status::success);
+  EXPECT_EQ(keyring().count("written"), 0);
+  EXPECT_EQ(found("spared"), "of another account");
+  keyring().setDefault("/");
+  EXPECT_EQ(keychainReadiness(), keychain_status::noDefaultKeychain);
+  EXPECT_EQ(storeGenericPassword(key, "Velmora", "x"), keychain_status::noDefaultKeychain);
+  keyring().setDefault(RealKeyring::login);
+}
+
 TEST(Keychain, waitsForAHangingServiceOnlySoLong) {
   const auto start = std::chrono::steady_clock::now();
   keyring().setAnswering(false);

@@ -108,6 +108,11 @@ void RealKeyring::unlock(const std::string& keyring) {
        g_variant_new("(o@(oayays))", keyring.c_str(), secretStruct(password)));
 }
 
+void RealKeyring::setDefault(const std::string& keyring) {
+  call(service, "org.freedesktop.Secret.Service", "SetAlias",
+       g_variant_new("(so)", "default", keyring.c_str()));
+}
+
 std::string RealKeyring::store(const std::string& account, const std::string& secret,
                                const std::string& keyring) {
   auto* properties = g_variant_new_parsed(
@@ -121,6 +126,14 @@ std::string RealKeyring::store(const std::string& account, const std::string& se
   const char* item = nullptr;
   g_variant_get(made.get(), "(&o&o)", &item, nullptr);
   return item;
+}
+
+int RealKeyring::count(const std::string& account) {
+  const auto found = call(service, "org.freedesktop.Secret.Service", "SearchItems",
+                          g_variant_new_parsed("({'account': %s},)", account.c_str()));
+  const Variant open(g_variant_get_child_value(found.get(), 0));
+  const Variant locked(g_variant_get_child_value(found.get(), 1));
+  return static_cast<int>(g_variant_n_children(open.get()) + g_variant_n_children(locked.get()));
 }
 
 void RealKeyring::modifyLast(const std::string& item, const std::string& secret) {

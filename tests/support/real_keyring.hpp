@@ -26,10 +26,14 @@ class RealKeyring {
   std::string makeKeyring(const std::string& label);
   void lock(const std::string& keyring = login);
   void unlock(const std::string& keyring = login);
+  /// Makes a keyring the default one; "/" leaves none.
+  void setDefault(const std::string& keyring);
 
   /// Stores an item beside those that are there; returns its object path.
   std::string store(const std::string& account, const std::string& secret,
                     const std::string& keyring = login);
+  /// How many items there are for an account, locked ones too.
+  int count(const std::string& account);
   /// Gives an item another secret once the clock shows another second than the items there have:
   /// from then on it is the one modified last.
   void modifyLast(const std::string& item, const std::string& secret);

@@ -6,8 +6,9 @@
 namespace tests {
 
 /// Where test programs send their API requests, and for how long they wait. Programs of their own
-/// take both from VELMORA_TEST_API and VELMORA_TEST_TIMEOUT_MS.
+/// take them from VELMORA_TEST_API, VELMORA_TEST_REVOCATION and VELMORA_TEST_TIMEOUT_MS.
 void setAdSenseBaseURL(const std::string& url);
+void setRevocationURL(const std::string& url);
 void setRequestTimeout(std::chrono::milliseconds timeout);
 
 }  // namespace tests
