@@ -3,7 +3,9 @@
 
 #include <cmath>
 #include <limits>
+#include <thread>
 
+#include "platform/foundation/background_tasks.hpp"
 #include "platform/foundation/calendar.hpp"
 #include "platform/foundation/formatting.hpp"
 #include "platform/foundation/json.hpp"
@@ -207,4 +209,16 @@ TEST(LocalizedStrings, fillsPlaceholders) {
       std::string("AdSense error (403): {%s}\0!", 27));
   EXPECT_EQ(localizedFormat("%2$s %1$lld %% %s", {std::int64_t{-1}, "x"}), "x -1 % -1");
   EXPECT_EQ(localizedString(""), "");
+}
+
+TEST(BackgroundTasks, areDrained) {
+  std::atomic<int> done = 0;
+  for (int i = 0; i < 20; ++i) {
+    startBackgroundTask([&done] {
+      std::this_thread::sleep_for(std::chrono::milliseconds(5));
+      ++done;
+    });
+  }
+  drainBackgroundTasks();
+  EXPECT_EQ(done, 20);
 }

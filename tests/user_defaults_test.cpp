@@ -105,3 +105,16 @@ TEST_F(UserDefaultsTest, holdsTheOldOrTheNewValueWhenProcessesAreKilled) {
     ASSERT_TRUE(value == first || value == second) << round;
   }
 }
+
+TEST_F(UserDefaultsTest, servesManyThreads) {
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 4; ++i) {
+    threads.emplace_back([i] {
+      for (int n = 0; n < 10; ++n)
+        UserDefaults::standard().setString("key" + std::to_string(i), std::to_string(n));
+    });
+  }
+  for (auto& thread : threads) thread.join();
+  for (int i = 0; i < 4; ++i)
+    EXPECT_EQ(UserDefaults::standard().string("key" + std::to_string(i)), "9");
+}
