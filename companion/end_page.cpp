@@ -79,7 +79,7 @@ std::string successPage(const std::string& account) {
 }
 
 std::string failurePage(const std::string& reason) {
-  return page(badRings, localizedString("You are not signed in"), paragraph(reason));
+  return page(badRings, localizedString("The sign-in did not succeed"), paragraph(reason));
 }
 
 std::string strangerPage() {

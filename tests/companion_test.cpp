@@ -27,7 +27,7 @@ Json clientOf(const std::string& id) {
           {"redirect_uris", {"http://localhost"}}};
 }
 
-const std::string program = std::string(BUILD_BIN) + "/velmora";
+const std::string program = VELMORA;
 
 class Companion : public tests::Environment {
  public:

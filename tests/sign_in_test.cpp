@@ -196,7 +196,7 @@ TEST_F(SigningIn, failuresAreTypedAndChangeNothing) {
     const auto outcome = signIn(follows());
     ASSERT_TRUE(outcome.error);
     EXPECT_EQ(outcome.error->kind, expected) << outcome.error->what();
-    EXPECT_THAT(page_, HasSubstr("You are not signed in"));
+    EXPECT_THAT(page_, HasSubstr("The sign-in did not succeed"));
     EXPECT_TRUE(formerUserIsStillThere());
   }
   server_.setFaults({{Step::exchange, {Kind::slow, 0}}});
