@@ -86,7 +86,8 @@ class Server::Implementation {
     server_.Post("/token", [this](const auto& request, auto& response) {
       const auto step = isCodeExchange(request.body) ? Step::exchange : Step::token;
       serve(step, request, response, [this, &request] {
-        return answerTokenRequest(request.get_header_value("Content-Type"), request.body, grants_,
+        return answerTokenRequest(request.get_header_value("Content-Type"),
+                                  request.get_header_value("Authorization"), request.body, grants_,
                                   {clientID, clientSecret});
       });
     });

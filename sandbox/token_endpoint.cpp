@@ -1,7 +1,11 @@
 #include "sandbox/token_endpoint.hpp"
 
+#include <glib.h>
+
+#include <algorithm>
 #include <map>
 
+#include "platform/foundation/raii.hpp"
 #include "platform/foundation/url.hpp"
 
 namespace sandbox {
@@ -31,6 +35,23 @@ platform::Json tokens(const Grant& grant) {
           {"token_type", "Bearer"}};
 }
 
+/// The client's credentials in a header, as some libraries send them (RFC 6749, section 2.3.1).
+std::optional<ClientCredentials> basicCredentials(const std::string& authorization) {
+  constexpr std::string_view scheme = "Basic ";
+  if (!authorization.starts_with(scheme)) return std::nullopt;
+  gsize size = 0;
+  const platform::Owned<guchar, g_free> bytes(
+      g_base64_decode(authorization.c_str() + scheme.size(), &size));
+  const std::string pair(reinterpret_cast<const char*>(bytes.get()), size);
+  const auto colon = std::min(pair.find(':'), pair.size());
+  const auto decoded = [](const std::string& text) {
+    const auto items = platform::queryItems("x=" + text);
+    return items.front().value;
+  };
+  return ClientCredentials{decoded(pair.substr(0, colon)),
+                           colon < pair.size() ? decoded(pair.substr(colon + 1)) : ""};
+}
+
 Answer exchange(Form& form, Grants& grants) {
   const auto grant = grants.redeem(form["code"], form["redirect_uri"], form["code_verifier"]);
   if (!grant) return {400, tokenError("invalid_grant", "Malformed auth code.")};
@@ -49,11 +70,14 @@ bool isCodeExchange(const std::string& body) {
   return readForm(body)["grant_type"] == "authorization_code";
 }
 
-Answer answerTokenRequest(const std::string& contentType, const std::string& body, Grants& grants,
+Answer answerTokenRequest(const std::string& contentType, const std::string& authorization,
+                          const std::string& body, Grants& grants,
                           const ClientCredentials& client) {
   if (!isForm(contentType)) return notAForm();
   auto form = readForm(body);
-  if (form["client_id"] != client.id || form["client_secret"] != client.secret)
+  const auto sent = basicCredentials(authorization)
+                        .value_or(ClientCredentials{form["client_id"], form["client_secret"]});
+  if (sent.id != client.id || sent.secret != client.secret)
     return {401, tokenError("invalid_client", "The OAuth client was not found.")};
   if (form["grant_type"] == "authorization_code") return exchange(form, grants);
   if (form["grant_type"] != "refresh_token")

@@ -24,9 +24,10 @@ struct Answer {
 bool isCodeExchange(const std::string& body);
 
 /// Answers a form at the token endpoint: the refresh_token and authorization_code grants
-/// (RFC 6749, sections 6 and 4.1.3).
-Answer answerTokenRequest(const std::string& contentType, const std::string& body, Grants& grants,
-                          const ClientCredentials& client);
+/// (RFC 6749, sections 6 and 4.1.3). The client's credentials may stand in the form or in the
+/// Authorization header.
+Answer answerTokenRequest(const std::string& contentType, const std::string& authorization,
+                          const std::string& body, Grants& grants, const ClientCredentials& client);
 
 /// Answers a form at the revocation endpoint (RFC 7009), where the provider calls an unknown token
 /// an error.

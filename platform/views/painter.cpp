@@ -125,43 +125,25 @@ void makeStraight(std::uint32_t* row, int width) {
   }
 }
 
-void appendPng(png_structp png, png_bytep data, std::size_t length) {
-  append(png_get_io_ptr(png), data, static_cast<unsigned int>(length));
-}
-
-[[noreturn]] void failPng(png_structp, png_const_charp message) {
-  throw std::runtime_error(std::string("cannot write PNG: ") + message);
-}
-
 /// Fast rather than small: the usual filters cost more than all the drawing.
 std::string encodePng(cairo_surface_t* surface, int width, int height) {
-  std::string bytes;
-  png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, failPng, nullptr);
-  png_infop info = png_create_info_struct(png);
-  png_set_write_fn(png, &bytes, appendPng, nullptr);
-  png_set_IHDR(png, info, static_cast<png_uint_32>(width), static_cast<png_uint_32>(height), 8,
-               PNG_COLOR_TYPE_RGBA, PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT,
-               PNG_FILTER_TYPE_DEFAULT);
-  png_set_compression_level(png, 1);
-  png_set_filter(png, PNG_FILTER_TYPE_BASE, PNG_FILTER_NONE);
-  png_write_info(png, info);
-  // Cairo's pixels are native 32-bit words of ARGB.
-  if constexpr (std::endian::native == std::endian::little) {
-    png_set_bgr(png);
-  } else {
-    png_set_swap_alpha(png);
-  }
   cairo_surface_flush(surface);
   auto* data = cairo_image_surface_get_data(surface);
-  const auto stride = static_cast<std::size_t>(cairo_image_surface_get_stride(surface));
-  for (int y = 0; y < height; ++y) {
-    auto* row = data + stride * static_cast<std::size_t>(y);
-    makeStraight(reinterpret_cast<std::uint32_t*>(row), width);
-    png_write_row(png, row);
-  }
-  png_write_end(png, info);
-  png_destroy_write_struct(&png, &info);
-  return bytes;
+  const int stride = cairo_image_surface_get_stride(surface);
+  for (int y = 0; y < height; ++y)
+    makeStraight(reinterpret_cast<std::uint32_t*>(data + std::ptrdiff_t{stride} * y), width);
+  png_image image{};
+  image.version = PNG_IMAGE_VERSION;
+  image.width = static_cast<png_uint_32>(width);
+  image.height = static_cast<png_uint_32>(height);
+  // Cairo's pixels are native 32-bit words of ARGB.
+  image.format = std::endian::native == std::endian::little ? PNG_FORMAT_BGRA : PNG_FORMAT_ARGB;
+  image.flags = PNG_IMAGE_FLAG_FAST;
+  png_alloc_size_t size = PNG_IMAGE_PNG_SIZE_MAX(image);
+  const auto bytes = std::make_unique_for_overwrite<char[]>(size);
+  if (png_image_write_to_memory(&image, bytes.get(), &size, 0, data, stride, nullptr) == 0)
+    throw std::runtime_error(std::string("cannot write PNG: ") + image.message);
+  return {bytes.get(), size};
 }
 
 }  // namespace
