@@ -26,7 +26,9 @@ const SecretSchema* companionSchema() {
 /// libsecret opens its file store once in a process, so all tests of a program share one.
 struct KeyringFile {
   fs::path path = fs::temp_directory_path() / ("velmora-keyring-" + std::to_string(getpid()));
-  ~KeyringFile() { fs::remove(path); }
+  ~KeyringFile() {
+    for (const char* backup : {"", "~"}) fs::remove(path.string() + backup);
+  }
 };
 
 const fs::path& keyringFile() {
