@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <memory>
 #include <numbers>
 #include <regex>
 #include <stdexcept>
