@@ -25,7 +25,7 @@ std::optional<EarlyExit> parseCommandLine(const std::vector<std::string>& argume
   std::string corner;
   app.add_option("--widget", line.widget,
                  "the widget program (default: velmora-widget beside "
-                 "this program, else on PATH)");
+                 "this program, else on PATH); at the start only");
   app.add_option("--family", line.family, "size: small, medium or large (default small)")
       ->check(CLI::IsMember({"small", "medium", "large"}));
   app.add_option("--corner", corner, "top-left, top-right (default), bottom-left, bottom-right")
@@ -33,6 +33,8 @@ std::optional<EarlyExit> parseCommandLine(const std::vector<std::string>& argume
   app.add_option("--margin", line.margin, "points from the edges, 0 to 2000 (default 24)")
       ->check(CLI::Range(0, 2000));
   app.add_option("--monitor", line.monitor, "a monitor's number from 0, or its name");
+  app.add_flag("--refresh", line.refresh, "have the running widget fetch fresh figures now");
+  app.add_flag("--quit", line.quit, "end the running widget");
   try {
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
   } catch (const CLI::CallForHelp&) {

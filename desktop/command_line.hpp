@@ -15,6 +15,8 @@ struct CommandLine {
   std::optional<Corner> corner;
   std::optional<int> margin;
   std::optional<std::string> monitor;
+  bool refresh = false;
+  bool quit = false;
 };
 
 /// How a call that is only answered ends: the text for standard output or, with a status other

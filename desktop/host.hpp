@@ -1,15 +1,22 @@
 #pragma once
 
+#include <gio/gio.h>
+
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 
 #include "desktop/command_line.hpp"
+#include "desktop/keyring_watch.hpp"
+#include "desktop/menu.hpp"
+#include "desktop/network_watch.hpp"
 #include "desktop/placement.hpp"
 #include "desktop/schedule.hpp"
+#include "desktop/screen_reader.hpp"
+#include "desktop/screens/screen.hpp"
 #include "desktop/wall_clock_timer.hpp"
 #include "desktop/widget_program.hpp"
-#include "desktop/widget_window.hpp"
 
 namespace desktop {
 
@@ -18,45 +25,64 @@ namespace desktop {
 /// stays.
 class Host {
  public:
-  /// Asks the first question at once, before a display is opened.
-  Host(const CommandLine& line, std::string program, std::function<void()> quit);
-
+  /// Asks the first question at once, before a display is opened. `quit` is called with an exit
+  /// status. `bus` is the session bus, null without one.
+  Host(const CommandLine& line, const std::string& program, GDBusConnection* bus,
+       std::function<void(int)> quit);
   ~Host();
   Host(const Host&) = delete;
   Host& operator=(const Host&) = delete;
 
-  /// Opens the window and keeps the choices; the display must be open.
-  void openWindow();
+  /// Opens the display and keeps the choices. Throws std::runtime_error when there is none.
+  void openDisplay();
   /// Takes the options of a further call.
   void apply(const CommandLine& line);
 
  private:
+  ScreenEvents events();
+  void choose(const MenuChoice& choice);
+  void chooseCorner(Corner corner);
   void change(Placement placement);
-  WindowActions actions();
-  void rememberScale();
-  void save() const;
-  void askNext();
-  static gboolean askSoon(gpointer host);
-  void ask(bool timeline);
-  void finished(const Question& question, RunResult result);
-  void lookAtClock();
-  [[nodiscard]] Schedule current() const;
-  void setTimer();
-  [[nodiscard]] int scale() const;
+  void screenChanged();
+  void openCompanion(const std::string& startup) const;
+  void openMenu(const MenuSpot& spot);
 
-  std::function<void()> quit_;
+  [[nodiscard]] Look wanted() const;
+  [[nodiscard]] bool showsWanted() const;
+  void refresh();
+  void hasten();
+  void follow();
+  void askNext();
+  void ask(WidgetProgram& program, bool timeline);
+  void timelineEnded(const RunResult& result);
+  void ended(const Question& question, RunResult result);
+  void fail(const Question& question, const std::string& failure);
+  static gboolean askSoon(gpointer host);
+  void lookAtClock();
+  void setTimer();
+
+  std::function<void(int)> quit_;
   Placement placement_;
   Schedule schedule_;
   bool wantsSnapshot_ = true;
   bool wantsTimeline_ = true;
-  double askedAt_ = 0;  // running time
-  unsigned soon_ = 0;   // source of askSoon
+  bool hastens_ = false;          // what a timeline that is being fetched lacks has come
+  double snapshotStartedAt_ = 0;  // running time
+  double timelineStartedAt_ = 0;
+  double timelineAskedAt_ = 0;  // wall clock
+  int failures_ = 0;            // in a row, while something else is shown than is wanted
+  unsigned soon_ = 0;           // source of askSoon
   std::optional<std::string> lastFailure_;
-  std::unique_ptr<WidgetProgram> program_;
-  std::unique_ptr<WidgetWindow> window_;
-  WallClockTimer timer_;
-  /// An answer that came before the window was open.
+  std::unique_ptr<Screen> screen_;
+  /// An answer that came before the screen could show it.
   std::optional<std::pair<Question, RunResult>> early_;
+  WidgetProgram snapshot_;
+  WidgetProgram timeline_;
+  WallClockTimer timer_;
+  Menu menu_;
+  ScreenReader reader_;
+  NetworkWatch network_;
+  KeyringWatch keyring_;
 };
 
 }  // namespace desktop

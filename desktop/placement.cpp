@@ -1,15 +1,14 @@
 #include "desktop/placement.hpp"
 
 #include <glib.h>
-#include <glib/gstdio.h>
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
-#include <map>
+#include <array>
 
+#include "platform/foundation/files.hpp"
 #include "platform/foundation/json.hpp"
+#include "platform/widgets/widget_family.hpp"
 
 namespace desktop {
 
@@ -18,14 +17,17 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr int largestLength = 100'000;
+constexpr std::size_t largestFile = 1U << 16U;
 
-const std::map<std::string, Corner>& corners() {
-  static const std::map<std::string, Corner> names{{"top-left", Corner::topLeft},
-                                                   {"top-right", Corner::topRight},
-                                                   {"bottom-left", Corner::bottomLeft},
-                                                   {"bottom-right", Corner::bottomRight}};
-  return names;
-}
+struct NamedCorner {
+  const char* name;
+  Corner corner;
+};
+
+constexpr std::array corners{NamedCorner{"top-left", Corner::topLeft},
+                             NamedCorner{"top-right", Corner::topRight},
+                             NamedCorner{"bottom-left", Corner::bottomLeft},
+                             NamedCorner{"bottom-right", Corner::bottomRight}};
 
 int length(const platform::JsonDecoder& value) {
   const auto number = value.integer();
@@ -44,45 +46,63 @@ Placement decode(const std::string& document) {
   placement.corner = *corner;
   placement.margin = length(object.at("margin"));
   placement.monitor = object.optionalString("monitor").value_or("");
-  placement.lastScale = static_cast<int>(
-      std::clamp<std::int64_t>(object.optionalInteger("lastScale").value_or(1), 1, 8));
+  if (const auto scale = object.optionalAt("lastScale"))
+    placement.lastScale = scaleOf(scale->number());
   if (const auto moved = object.optionalAt("moved"))
     placement.moved = Point{length(moved->at("x")), length(moved->at("y"))};
   return placement;
 }
 
+/// Moves a file out of the way, so that the next start is not stopped by it either.
+void setAside(const fs::path& file, const char* problem) {
+  g_printerr("velmora-desktop: %s is damaged (%s); it is set aside and the defaults are used\n",
+             file.c_str(), problem);
+  std::error_code ignored;
+  fs::rename(file, file.string() + ".damaged", ignored);
+}
+
 }  // namespace
 
 std::optional<Corner> cornerFromName(const std::string& name) {
-  const auto found = corners().find(name);
-  return found == corners().end() ? std::nullopt : std::optional(found->second);
+  for (const auto& known : corners) {
+    if (known.name == name) return known.corner;
+  }
+  return std::nullopt;
 }
 
 std::string cornerName(Corner corner) {
-  for (const auto& [name, known] : corners()) {
-    if (known == corner) return name;
+  for (const auto& known : corners) {
+    if (known.corner == corner) return known.name;
   }
   return "";
 }
 
-Area familySize(const std::string& family) {
-  if (family == "small") return {0, 0, 170, 170};
-  if (family == "medium") return {0, 0, 364, 170};
-  if (family == "large") return {0, 0, 364, 382};
-  return {};
+bool isLeft(Corner corner) { return corner == Corner::topLeft || corner == Corner::bottomLeft; }
+bool isTop(Corner corner) { return corner == Corner::topLeft || corner == Corner::topRight; }
+
+Extent familySize(const std::string& family) {
+  if (family != "small" && family != "medium" && family != "large") return {};
+  const auto size = platform::familySize(*platform::familyFromName(family));
+  return {static_cast<int>(size.width), static_cast<int>(size.height)};
 }
 
-Point position(const Placement& placement, const Area& workArea) {
-  const auto size = familySize(placement.family);
+Point position(const Placement& placement, Extent size, const Area& workArea, Scale scale) {
   const int mostRight = workArea.width - size.width;
   const int mostDown = workArea.height - size.height;
-  const bool left = placement.corner == Corner::topLeft || placement.corner == Corner::bottomLeft;
-  const bool top = placement.corner == Corner::topLeft || placement.corner == Corner::topRight;
-  const Point wished =
-      placement.moved.value_or(Point{left ? placement.margin : mostRight - placement.margin,
-                                     top ? placement.margin : mostDown - placement.margin});
+  const int margin = pixels(placement.margin, scale);
+  Point wished{isLeft(placement.corner) ? margin : mostRight - margin,
+               isTop(placement.corner) ? margin : mostDown - margin};
+  if (placement.moved)
+    wished = {pixels(placement.moved->x, scale), pixels(placement.moved->y, scale)};
   return {workArea.x + std::clamp(wished.x, 0, std::max(0, mostRight)),
           workArea.y + std::clamp(wished.y, 0, std::max(0, mostDown))};
+}
+
+Corner nearestCorner(Point position, Extent size, const Area& workArea) {
+  const bool left = 2 * (position.x - workArea.x) + size.width <= workArea.width;
+  const bool top = 2 * (position.y - workArea.y) + size.height <= workArea.height;
+  if (top) return left ? Corner::topLeft : Corner::topRight;
+  return left ? Corner::bottomLeft : Corner::bottomRight;
 }
 
 fs::path placementFile() {
@@ -90,33 +110,28 @@ fs::path placementFile() {
 }
 
 Placement loadPlacement(const fs::path& file) {
-  std::error_code ignored;
-  if (!fs::exists(file, ignored)) return {};
-  std::ifstream stream(file, std::ios::binary);
-  const std::string document{std::istreambuf_iterator<char>(stream), {}};
   try {
-    return decode(document);
+    return decode(platform::readRegularFile(file, largestFile));
   } catch (const platform::JsonDecodingError& error) {
-    g_printerr("velmora-desktop: %s is damaged (%s); it is set aside and the defaults are used\n",
-               file.c_str(), error.what());
-    fs::rename(file, file.string() + ".damaged", ignored);
-    return {};
+    setAside(file, error.what());
+  } catch (const platform::FileError& error) {
+    if (error.kind != platform::FileError::Case::missing) setAside(file, error.what());
   }
+  return {};
 }
 
-bool savePlacement(const Placement& placement, const fs::path& file) {
+void savePlacement(const Placement& placement, const fs::path& file) {
   platform::Json object{{"family", placement.family},
                         {"corner", cornerName(placement.corner)},
                         {"margin", placement.margin},
                         {"monitor", placement.monitor},
-                        {"lastScale", placement.lastScale}};
+                        {"lastScale", platform::jsonNumber(placement.lastScale.per120 / 120.0)}};
   if (placement.moved) object["moved"] = {{"x", placement.moved->x}, {"y", placement.moved->y}};
-  const auto document = platform::printJson(object) + "\n";
-  g_mkdir_with_parents(file.parent_path().c_str(), 0700);
-  // Written beside the old one and moved into its place.
-  return g_file_set_contents_full(file.c_str(), document.data(),
-                                  static_cast<gssize>(document.size()),
-                                  G_FILE_SET_CONTENTS_CONSISTENT, 0600, nullptr) != FALSE;
+  try {
+    platform::writePrivateFile(file, platform::printJson(object) + "\n");
+  } catch (const platform::FileError& error) {
+    g_printerr("velmora-desktop: %s\n", error.what());
+  }
 }
 
 }  // namespace desktop

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <limits>
 
 #include "platform/foundation/calendar.hpp"
 
@@ -17,19 +18,29 @@ bool isReloadDue(const Schedule& schedule, double now) {
   return now >= schedule.reloadDate || now < schedule.askedAt;
 }
 
-bool isRunOverdue(const Schedule& schedule) {
-  return schedule.running && *schedule.running >= longestRun;
-}
-
 double nextChange(const Schedule& schedule, double now) {
-  // While a program runs, its answer will say when to reload.
-  if (schedule.running) return now + std::max(0.0, longestRun - *schedule.running);
-  return isReloadDue(schedule, now) ? now : schedule.reloadDate;
+  double next = isReloadDue(schedule, now) ? now : schedule.reloadDate;
+  if (schedule.isFetching) next = std::numeric_limits<double>::infinity();
+  if (schedule.timeLeft) next = std::min(next, now + std::max(0.0, *schedule.timeLeft));
+  return next;
 }
 
 Schedule rescheduled(std::optional<double> reloadDate, double now) {
   const bool usable = reloadDate && *reloadDate > now && *reloadDate <= now + longestInterval;
-  return {now, usable ? *reloadDate : now + regularInterval, std::nullopt};
+  return {.askedAt = now, .reloadDate = usable ? *reloadDate : now + regularInterval};
+}
+
+Schedule retried(int failures, double now) {
+  double interval = shortestInterval;
+  for (int i = 1; i < failures && interval < regularInterval; ++i) interval *= 2;
+  return {.askedAt = now, .reloadDate = now + std::min(interval, regularInterval)};
+}
+
+Schedule hastened(Schedule schedule, double lastAsked, double now) {
+  // A clock that was set may have put the last time anywhere.
+  const double soonest = std::clamp(lastAsked + shortestInterval, now, now + shortestInterval);
+  schedule.reloadDate = std::min(schedule.reloadDate, soonest);
+  return schedule;
 }
 
 std::optional<double> unixSecondsFromIso(const std::string& text) {

@@ -9,16 +9,22 @@ namespace desktop {
 
 /// After anything goes wrong the next question is that far ahead, seconds.
 inline constexpr double regularInterval = 1800;
-/// A widget program that takes longer is ended, seconds.
+/// Of its own accord, or because something has come that was missing, the host asks no more often.
+inline constexpr double shortestInterval = 60;
+/// A widget program that takes longer for a timeline is ended, seconds.
 inline constexpr double longestRun = 360;
+/// The same for the figures at hand, which need no network.
+inline constexpr double longestSnapshotRun = 30;
 
 /// What the host waits for.
 struct Schedule {
   double askedAt = 0;     ///< when the reload date became known
   double reloadDate = 0;  ///< when to ask for the next timeline
-  /// For how long the widget program has run, seconds of running time (not of the wall clock,
-  /// which may be set, nor of suspend); absent while none runs.
-  std::optional<double> running;
+  /// A timeline is being fetched; its answer will say when to reload.
+  bool isFetching = false;
+  /// After how many seconds of running time (not of the wall clock, which may be set, nor of
+  /// suspend) a program that runs is to be ended; absent while none runs.
+  std::optional<double> timeLeft;
 };
 
 /// When anything changes next: at once (`now`) when it is due, also when the clock was set back
@@ -26,12 +32,19 @@ struct Schedule {
 double nextChange(const Schedule& schedule, double now);
 
 bool isReloadDue(const Schedule& schedule, double now);
-bool isRunOverdue(const Schedule& schedule);
 
 /// The schedule after a timeline with that reload date (absent when there was none to be had, or
 /// the program failed). A date that has passed already, or is more than a day ahead, counts as
 /// none.
 Schedule rescheduled(std::optional<double> reloadDate, double now);
+
+/// The schedule after `failures` failed attempts in a row to show anything: a minute, then twice as
+/// long each time, up to the regular interval.
+Schedule retried(int failures, double now);
+
+/// The schedule once something has come that the timeline asked for at `lastAsked` lacked: as soon
+/// as the shortest interval allows.
+Schedule hastened(Schedule schedule, double lastAsked, double now);
 
 /// Unix seconds of "2026-05-21T10:00:00.250Z"; absent for anything else.
 std::optional<double> unixSecondsFromIso(const std::string& text);

@@ -1,27 +1,45 @@
 #include "desktop/widget_answer.hpp"
 
-#include <array>
-#include <cstring>
-#include <fstream>
+#include <algorithm>
+#include <string_view>
 
 #include "desktop/schedule.hpp"
+#include "platform/foundation/files.hpp"
 #include "platform/foundation/json.hpp"
 
 namespace desktop {
 
 namespace {
 
+constexpr std::size_t largestPicture = 64U << 20U;
+
 /// The size that a PNG file claims in its first chunk (PNG standard, section 11.2.2), so that a
 /// picture of absurd size is never decoded.
-bool hasSize(const std::string& file, int width, int height) {
-  std::array<unsigned char, 24> head{};
-  std::ifstream stream(file, std::ios::binary);
-  stream.read(reinterpret_cast<char*>(head.data()), head.size());
-  const auto number = [&head](std::size_t at) {
-    return (head[at] << 24) | (head[at + 1] << 16) | (head[at + 2] << 8) | head[at + 3];
+bool hasSize(std::string_view png, Extent size) {
+  const auto number = [png](std::size_t at) {
+    int value = 0;
+    for (std::size_t i = at; i < at + 4; ++i)
+      value =
+          static_cast<int>(static_cast<unsigned>(value) << 8U | static_cast<unsigned char>(png[i]));
+    return value;
   };
-  return stream && std::memcmp(head.data(), "\x89PNG\r\n\x1a\n", 8) == 0 && number(16) == width &&
-         number(20) == height;
+  return png.size() >= 24 && png.starts_with("\x89PNG\r\n\x1a\n") && number(16) == size.width &&
+         number(20) == size.height;
+}
+
+cairo_status_t readBytes(void* closure, unsigned char* bytes, unsigned count) {
+  auto& rest = *static_cast<std::string_view*>(closure);
+  if (rest.size() < count) return CAIRO_STATUS_READ_ERROR;
+  std::copy_n(rest.data(), count, bytes);
+  rest.remove_prefix(count);
+  return CAIRO_STATUS_SUCCESS;
+}
+
+/// Signed in or not; a widget of another make need not say.
+bool readConnection(const platform::JsonDecoder& entry) {
+  const auto content = entry.optionalAt("content");
+  if (!content || !content->contains("isConnected")) return true;
+  return content->at("isConnected").boolean();
 }
 
 }  // namespace
@@ -36,18 +54,26 @@ std::optional<WidgetAnswer> parseAnswer(const std::string& output) {
       answer.phrases.push_back(phrase.string());
     if (const auto policy = object.optionalAt("policy"))
       answer.reloadDate = unixSecondsFromIso(policy->at("after").string());
+    answer.isConnected = readConnection(entries.front());
     return answer;
   } catch (const platform::JsonDecodingError&) {
     return std::nullopt;
   }
 }
 
-Picture loadPicture(const std::string& file, int width, int height) {
-  if (!hasSize(file, width, height)) return nullptr;
-  Picture picture(cairo_image_surface_create_from_png(file.c_str()));
+Picture loadPicture(const std::filesystem::path& file, Extent size) {
+  std::string bytes;
+  try {
+    bytes = platform::readRegularFile(file, largestPicture);
+  } catch (const platform::FileError&) {
+    return nullptr;
+  }
+  if (!hasSize(bytes, size)) return nullptr;
+  std::string_view rest = bytes;
+  Picture picture(cairo_image_surface_create_from_png_stream(readBytes, &rest));
   const bool whole = cairo_surface_status(picture.get()) == CAIRO_STATUS_SUCCESS &&
-                     cairo_image_surface_get_width(picture.get()) == width &&
-                     cairo_image_surface_get_height(picture.get()) == height;
+                     cairo_image_surface_get_width(picture.get()) == size.width &&
+                     cairo_image_surface_get_height(picture.get()) == size.height;
   return whole ? std::move(picture) : nullptr;
 }
 

@@ -1,23 +1,31 @@
 #pragma once
 
-#include <glib.h>
-#include <sys/types.h>
-
 #include <functional>
 #include <optional>
 #include <string>
 
+#include "desktop/picture_folder.hpp"
+#include "desktop/process.hpp"
+#include "desktop/scale.hpp"
 #include "desktop/widget_answer.hpp"
 
 namespace desktop {
 
+/// The picture of a widget: its family, and device pixels per point.
+struct Look {
+  std::string family = "small";
+  Scale scale;
+
+  bool operator==(const Look&) const = default;
+};
+
+/// The size of a picture in pixels.
+Extent pictureSize(const Look& look);
+
 /// What to ask the widget program.
 struct Question {
   bool timeline = false;  ///< else the figures at hand
-  std::string family;
-  int scale = 1;  ///< device pixels per point
-  int width = 0;  ///< of the picture, in pixels
-  int height = 0;
+  Look look;
 };
 
 /// A complete answer, or why there is none.
@@ -27,39 +35,28 @@ struct RunResult {
   std::string failure;  ///< empty with an answer
 };
 
-/// Runs the widget program, one process at a time, in the main loop. Whatever the program does,
-/// the result is delivered once; a process is ended with its run and never outlives the host.
+/// Runs the widget program, one process at a time, in the main loop.
 class WidgetProgram {
  public:
   explicit WidgetProgram(std::string file) : file_(std::move(file)) {}
-  ~WidgetProgram() { end(); }
-  WidgetProgram(const WidgetProgram&) = delete;
-  WidgetProgram& operator=(const WidgetProgram&) = delete;
 
-  [[nodiscard]] bool isRunning() const { return watch_ != 0; }
-  /// Starts a process; not while one runs. `finished` is called from the main loop.
+  [[nodiscard]] bool isRunning() const { return process_.isRunning(); }
+  [[nodiscard]] const Question& question() const { return question_; }
+  /// Starts a process; not while one runs. `finished` is called from the main loop, once, whatever
+  /// the program does.
   void ask(const Question& question, std::function<void(RunResult)> finished);
-  /// Kills the process if one runs; its result is a failure.
-  void kill() const;
-  /// Kills the process and forgets it; nothing is delivered.
+  /// Ends a process that has taken too long; its result is a failure.
+  void giveUp() { process_.giveUp("it took too long"); }
+  /// Ends the process; nothing is delivered.
   void end();
 
  private:
-  static gboolean failedToStart(void* program);
-  static void exited(pid_t process, int status, void* program);
-  RunResult collect(int status) const;
-  void clear();
+  [[nodiscard]] RunResult collect(const ProcessEnd& end) const;
 
   std::string file_;
   Question question_;
-  std::function<void(RunResult)> finished_;
-  pid_t process_ = 0;
-  unsigned watch_ = 0;
-  int output_ = -1;
-  std::string folder_;
+  std::optional<PictureFolder> folder_;
+  Process process_;
 };
-
-/// The widget program beside this one, else the one on PATH; absent when there is none.
-std::optional<std::string> findWidgetProgram();
 
 }  // namespace desktop

@@ -1,10 +1,18 @@
 #include <glib.h>
 #include <gmock/gmock.h>
+#include <signal.h>
+#include <sys/stat.h>
 #include <time.h>
 
+#include <cmath>
+
 #include "desktop/command_line.hpp"
+#include "desktop/picture_folder.hpp"
 #include "desktop/placement.hpp"
 #include "desktop/schedule.hpp"
+#include "desktop/screens/monitors.hpp"
+#include "desktop/screens/picture_rows.hpp"
+#include "desktop/screens/xsettings.hpp"
 #include "desktop/wall_clock_timer.hpp"
 #include "desktop/widget_answer.hpp"
 #include "desktop/widget_program.hpp"
@@ -29,13 +37,26 @@ TEST(Schedule, failuresAndAbsurdDatesWaitForTheRegularReload) {
     EXPECT_EQ(rescheduled(date, now).reloadDate, now + 1800);
 }
 
-TEST(Schedule, aRunningProgramHasSixMinutes) {
+TEST(Schedule, aRunningProgramIsEndedInTime) {
   auto schedule = rescheduled(std::nullopt, 0);
-  schedule.running = 10;
-  EXPECT_EQ(nextChange(schedule, 90'000), 90'350) << "whatever the wall clock says";
-  EXPECT_FALSE(isRunOverdue(schedule));
-  schedule.running = 360;
-  EXPECT_TRUE(isRunOverdue(schedule));
+  schedule.timeLeft = 350;
+  EXPECT_EQ(nextChange(schedule, 90'000), 90'000) << "the figures at hand: a reload is due";
+  schedule.isFetching = true;
+  EXPECT_EQ(nextChange(schedule, 90'000), 90'350) << "its answer will say when to reload";
+  schedule.timeLeft = -5;
+  EXPECT_EQ(nextChange(schedule, 90'000), 90'000);
+}
+
+TEST(Schedule, isSoonerAfterWhatWasMissingHasComeOrWhileNothingIsShown) {
+  const double now = 1e9;
+  const auto schedule = rescheduled(std::nullopt, now);
+  EXPECT_EQ(hastened(schedule, now, now + 10).reloadDate, now + 60) << "once a minute at most";
+  EXPECT_EQ(hastened(schedule, now, now + 100).reloadDate, now + 100);
+  EXPECT_EQ(hastened(schedule, now + 1e6, now).reloadDate, now + 60) << "the clock was set back";
+  EXPECT_EQ(hastened(schedule, now, now + 5000).reloadDate, now + 1800) << "never later";
+  for (const auto& [failures, interval] :
+       {std::pair{1, 60}, {2, 120}, {3, 240}, {6, 1800}, {1'000'000, 1800}})
+    EXPECT_EQ(retried(failures, now).reloadDate, now + interval);
 }
 
 TEST(Schedule, readsDates) {
@@ -71,8 +92,8 @@ using PlacementTest = tests::Environment;
 TEST_F(PlacementTest, isKeptAndSetAsideWhenDamaged) {
   const auto file = folder_ / "config/velmora-desktop/placement.json";
   EXPECT_EQ(loadPlacement(file), Placement{});
-  const Placement placement{"large", Corner::bottomLeft, 7, "DP-1", Point{-3, 40}, 2};
-  EXPECT_TRUE(savePlacement(placement, file));
+  const Placement placement{"large", Corner::bottomLeft, 7, "DP-1", Point{-3, 40}, Scale{150}};
+  savePlacement(placement, file);
   EXPECT_EQ(loadPlacement(file), placement);
   for (const char* damaged : {"", "[]", R"({"family":"huge","corner":"top-left","margin":1})",
                               R"({"family":"small","corner":"x","margin":1})",
@@ -83,13 +104,99 @@ TEST_F(PlacementTest, isKeptAndSetAsideWhenDamaged) {
   }
 }
 
+TEST_F(PlacementTest, whatIsNoRegularFileIsSetAside) {
+  const auto file = folder_ / "placement.json";
+  std::filesystem::create_directory(file);
+  EXPECT_EQ(loadPlacement(file), Placement{});
+  EXPECT_TRUE(std::filesystem::is_directory(file.string() + ".damaged"));
+  std::filesystem::remove(file.string() + ".damaged");
+  ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
+  EXPECT_EQ(loadPlacement(file), Placement{}) << "and nobody waits";
+  EXPECT_FALSE(std::filesystem::exists(file));
+}
+
 TEST(Placement, staysInsideTheWorkArea) {
   const Area area{100, 20, 1000, 700};
-  Placement placement{.family = "medium", .corner = Corner::bottomRight, .margin = 24};
-  EXPECT_EQ(position(placement, area), (Point{100 + 1000 - 364 - 24, 20 + 700 - 170 - 24}));
+  const Extent medium{364, 170};
+  Placement placement{.corner = Corner::bottomRight, .margin = 24};
+  EXPECT_EQ(position(placement, medium, area, {}),
+            (Point{100 + 1000 - 364 - 24, 20 + 700 - 170 - 24}));
   placement.moved = Point{5000, -50};
-  EXPECT_EQ(position(placement, area), (Point{100 + 636, 20}));
-  EXPECT_EQ(position(placement, {0, 0, 200, 100}), (Point{0, 0}));
+  EXPECT_EQ(position(placement, medium, area, {}), (Point{100 + 636, 20}));
+  EXPECT_EQ(position(placement, medium, {0, 0, 200, 100}, {}), (Point{0, 0}));
+  placement.moved = Point{10, 20};
+  EXPECT_EQ(position(placement, medium, area, Scale{180}), (Point{115, 50}));
+  EXPECT_EQ(nearestCorner({110, 500}, medium, area), Corner::bottomLeft);
+  EXPECT_EQ(nearestCorner({500, 30}, medium, area), Corner::topRight);
+}
+
+TEST(Scales, areDeducedFromWhatAnOutputTells) {
+  const auto deduced = [](Extent pixels, Extent points, int whole) {
+    return deducedScale(pixels, points, whole).per120;
+  };
+  EXPECT_EQ(deduced({1600, 1000}, {1280, 800}, 2), 150);
+  EXPECT_EQ(deduced({1600, 1000}, {1066, 666}, 2), 180) << "cut";
+  EXPECT_EQ(deduced({1600, 1000}, {1067, 667}, 2), 180) << "rounded";
+  EXPECT_EQ(deduced({1600, 1000}, {1200, 750}, 2), 160);
+  EXPECT_EQ(deduced({1600, 1000}, {800, 500}, 2), 240);
+  EXPECT_EQ(deduced({1600, 1000}, {1600, 10}, 1), 120) << "of no scale at all";
+  EXPECT_EQ(scaleText(scaleOf(1.5)), "1.5");
+  EXPECT_EQ(scaleOf(std::nan("")), Scale{});
+  EXPECT_EQ(scaleOf(1e9), Scale{960});
+}
+
+TEST(Monitors, areFoundByNumberNameAndPlace) {
+  const std::vector<Monitor> monitors{{"DP-1", false, {0, 0, 100, 100}},
+                                      {"DP-2", true, {100, 0, 100, 100}}};
+  EXPECT_EQ(chosenMonitor(monitors, "DP-1"), 0);
+  EXPECT_EQ(chosenMonitor(monitors, "0"), 0);
+  EXPECT_EQ(chosenMonitor(monitors, ""), 1);
+  EXPECT_EQ(chosenMonitor(monitors, "away"), 1);
+  EXPECT_EQ(chosenMonitor({}, "0"), -1);
+  EXPECT_EQ(monitorAt(monitors, {150, 50}), 1);
+  EXPECT_EQ(monitorAt(monitors, {-900, 500}), 0);
+}
+
+/// A property of the settings protocol with one setting of each type, in the order of this machine.
+std::vector<std::uint8_t> settingsProperty(std::int32_t dpi) {
+  std::vector<std::uint8_t> property(12);
+  property[8] = 3;
+  const auto add = [&](std::uint8_t type, const std::string& name,
+                       std::vector<std::uint8_t> value) {
+    property.insert(property.end(), {type, 0, static_cast<std::uint8_t>(name.size()), 0});
+    property.insert(property.end(), name.begin(), name.end());
+    property.resize((property.size() + 3) / 4 * 4 + 4);
+    property.insert(property.end(), value.begin(), value.end());
+  };
+  add(1, "Net/ThemeName", {5, 0, 0, 0, 'H', 'e', 'l', 'l', 'o', 0, 0, 0});
+  add(2, "Color", {1, 2, 3, 4, 5, 6, 7, 8});
+  const auto bits = static_cast<std::uint32_t>(dpi);
+  add(0, "Xft/DPI",
+      {static_cast<std::uint8_t>(bits), static_cast<std::uint8_t>(bits >> 8U),
+       static_cast<std::uint8_t>(bits >> 16U), static_cast<std::uint8_t>(bits >> 24U)});
+  return property;
+}
+
+TEST(XSettings, areReadWithinTheirBounds) {
+  const auto property = settingsProperty(147456);
+  EXPECT_EQ(xsettingsInteger(property, "Xft/DPI"), 147456);
+  EXPECT_EQ(xsettingsInteger(property, "Color"), std::nullopt);
+  for (std::size_t length = 0; length < property.size(); ++length)
+    EXPECT_EQ(xsettingsInteger(std::span(property).first(length), "Xft/DPI"), std::nullopt);
+  EXPECT_EQ(resourceDpi("a:\t1\nXft.dpi:\t144\nb:\t2\n"), 144);
+  for (const char* none : {"", "Xft.dpi:", "Xft.dpi:\t-1", "Xft.dpi:\tx", "xXft.dpi: 144"})
+    EXPECT_EQ(resourceDpi(none), std::nullopt) << none;
+}
+
+TEST(PictureRows, areTheShapeOfWhatIsOpaque) {
+  const Picture picture(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 6, 4));
+  auto* pixels = reinterpret_cast<std::uint32_t*>(cairo_image_surface_get_data(picture.get()));
+  for (int y = 1; y < 4; ++y) {
+    for (int x = y == 1 ? 2 : 1; x < 5; ++x) pixels[y * 6 + x] = 0xff000000;
+  }
+  pixels[6 + 1] = 0x7f000000;  // less than half
+  cairo_surface_mark_dirty(picture.get());
+  EXPECT_EQ(opaqueRows(picture.get()), (std::vector<Area>{{2, 1, 3, 1}, {1, 2, 4, 2}}));
 }
 
 TEST(CommandLines, changeOnlyWhatTheyName) {
@@ -112,33 +219,91 @@ TEST(Answers, areReadStrictly) {
   ASSERT_TRUE(answer);
   EXPECT_EQ(answer->phrases, (std::vector<std::string>{"a", "b"}));
   EXPECT_EQ(answer->reloadDate, 1779357600);
+  EXPECT_TRUE(answer->isConnected);
+  EXPECT_FALSE(parseAnswer(R"({"entries":[{"accessibility":[],"content":{"isConnected":false}}]})")
+                   ->isConnected);
   for (const char* bad : {"", "{}", R"({"entries":[]})", R"({"entries":[{}]})",
                           R"({"entries":[{"accessibility":[1]}]})"})
     EXPECT_FALSE(parseAnswer(bad)) << bad;
 }
 
-TEST_F(PlacementTest, overduePrograms) {
-  const auto file = folder_ / "hang";
-  tests::writeFile(file, "#!/bin/sh\nsleep 100\n");
-  std::filesystem::permissions(file, std::filesystem::perms::owner_all);
-  WidgetProgram program(file);
-  GMainLoop* loop = g_main_loop_new(nullptr, FALSE);
+class Programs : public tests::Environment {
+ protected:
+  Programs() : loop_(g_main_loop_new(nullptr, FALSE)) {}
+  ~Programs() override { g_main_loop_unref(loop_); }
+
+  std::filesystem::path script(const std::string& name, const std::string& shell) {
+    const auto file = folder_ / name;
+    tests::writeFile(file, "#!/bin/sh\n" + shell);
+    std::filesystem::permissions(file, std::filesystem::perms::owner_all);
+    return file;
+  }
+
+  std::string failureOf(WidgetProgram& program) {
+    std::string failure;
+    program.ask({}, [&](const RunResult& result) {
+      failure = result.failure;
+      g_main_loop_quit(loop_);
+    });
+    g_main_loop_run(loop_);
+    return failure;
+  }
+
+  GMainLoop* loop_;
+};
+
+TEST_F(Programs, thatTakeTooLongAreGivenUpWhetherTheyDieOrNot) {
+  // It leaves its process group, so that a signal to that one misses it.
+  const auto started = folder_ / "started";
+  WidgetProgram program(script("hang",
+                               "exec perl -e 'setpgrp(0, getpgrp(getppid())); "
+                               "open F, \">\", \"" +
+                                   started.string() +
+                                   ".new\"; print F $$; close F; "
+                                   "rename \"" +
+                                   started.string() + ".new\", \"" + started.string() +
+                                   "\"; sleep 100'\n"));
   std::string failure;
-  program.ask({.family = "small", .width = 170, .height = 170}, [&](RunResult result) {
-    failure = result.failure;
-    g_main_loop_quit(loop);
-  });
+  program.ask({}, [&](const RunResult& result) { failure = result.failure; });
+  while (!std::filesystem::exists(started)) g_usleep(1000);
   EXPECT_TRUE(program.isRunning());
-  program.kill();
-  g_main_loop_run(loop);
-  EXPECT_EQ(failure, "it was ended by signal Killed");
+  program.giveUp();
+  EXPECT_EQ(failure, "it took too long");
   EXPECT_FALSE(program.isRunning());
+  const int process = std::stoi(tests::readFile(started));
+  for (int i = 0; i < 5000 && kill(process, 0) == 0; ++i) {
+    g_main_context_iteration(nullptr, FALSE);
+    g_usleep(1000);
+  }
+  EXPECT_NE(kill(process, 0), 0);
+}
+
+TEST_F(Programs, failInWords) {
   WidgetProgram missing("/nowhere");
-  missing.ask({}, [&](RunResult result) {
-    failure = result.failure;
-    g_main_loop_quit(loop);
-  });
-  g_main_loop_run(loop);
-  EXPECT_EQ(failure, "it could not be started");
-  g_main_loop_unref(loop);
+  EXPECT_EQ(failureOf(missing), "it could not be started");
+  WidgetProgram pipe(script("pipe",
+                            "for last; do :; done; mkfifo \"$last\"\n"
+                            "echo '{\"entries\":[{\"accessibility\":[]}]}'\n"));
+  EXPECT_THAT(failureOf(pipe), testing::StartsWith("it wrote no picture of the right size to "));
+}
+
+TEST(PictureFolders, areWhereThereIsRoom) {
+  const std::string before = std::getenv("XDG_RUNTIME_DIR") ? std::getenv("XDG_RUNTIME_DIR") : "";
+  setenv("XDG_RUNTIME_DIR", "/nowhere", 1);
+  std::filesystem::path path;
+  {
+    const PictureFolder folder(1000);
+    path = folder.path();
+    EXPECT_EQ(path.parent_path(), g_get_tmp_dir());
+    tests::writeFile(path / "picture.png", "x");
+  }
+  EXPECT_FALSE(std::filesystem::exists(path));
+  try {
+    const PictureFolder folder(UINTMAX_MAX);
+    FAIL();
+  } catch (const std::runtime_error& error) {
+    EXPECT_THAT(error.what(), testing::HasSubstr("/nowhere: No such file or directory; "));
+    EXPECT_THAT(error.what(), testing::HasSubstr(": No space left on device)"));
+  }
+  setenv("XDG_RUNTIME_DIR", before.c_str(), 1);
 }

@@ -91,6 +91,12 @@ std::int64_t JsonDecoder::integer() const {
   fail("a 64-bit integer");
 }
 
+bool JsonDecoder::boolean() const {
+  const auto* value = valueIn<bool>(*node_);
+  if (value == nullptr) fail("true or false");
+  return *value;
+}
+
 std::vector<JsonDecoder> JsonDecoder::array() const {
   const auto* list = valueIn<JsonArray>(*node_);
   if (list == nullptr) fail("an array");

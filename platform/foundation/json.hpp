@@ -49,6 +49,7 @@ class JsonDecoder {
   [[nodiscard]] double number() const;
   /// A signed 64-bit integer; 5.0 is 5, while 5.5 and true are errors.
   [[nodiscard]] std::int64_t integer() const;
+  [[nodiscard]] bool boolean() const;
   [[nodiscard]] std::vector<JsonDecoder> array() const;
 
   [[nodiscard]] std::optional<std::string> optionalString(std::string_view key) const;

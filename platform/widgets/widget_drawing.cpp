@@ -25,20 +25,6 @@ bool readsRightToLeft() {
 
 }  // namespace
 
-Size familySize(WidgetFamily family) {
-  switch (family) {
-    case WidgetFamily::systemMedium:
-      return {364, 170};
-    case WidgetFamily::systemLarge:
-      return {364, 382};
-    case WidgetFamily::systemExtraLarge:
-      return {756, 382};
-    case WidgetFamily::systemSmall:
-      break;
-  }
-  return {170, 170};
-}
-
 DrawList drawWidget(const WidgetView& view, WidgetFamily family, double scale) {
   Canvas canvas;
   canvas.size = familySize(family);

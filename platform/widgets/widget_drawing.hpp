@@ -15,9 +15,6 @@ struct WidgetView {
   LinearGradient containerBackground;
 };
 
-/// The size of a placed widget in points.
-Size familySize(WidgetFamily family);
-
 /// Lays a widget out in the size of its family, in the direction of the user's language. The view
 /// finds the family in its environment.
 DrawList drawWidget(const WidgetView& view, WidgetFamily family, double scale);

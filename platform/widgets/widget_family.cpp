@@ -8,13 +8,14 @@ struct NamedFamily {
   WidgetFamily family;
   std::string_view name;
   std::string_view shortName;
+  Size size;
 };
 
 constexpr NamedFamily families[] = {
-    {WidgetFamily::systemSmall, "systemSmall", "small"},
-    {WidgetFamily::systemMedium, "systemMedium", "medium"},
-    {WidgetFamily::systemLarge, "systemLarge", "large"},
-    {WidgetFamily::systemExtraLarge, "systemExtraLarge", "extralarge"}};
+    {WidgetFamily::systemSmall, "systemSmall", "small", {170, 170}},
+    {WidgetFamily::systemMedium, "systemMedium", "medium", {364, 170}},
+    {WidgetFamily::systemLarge, "systemLarge", "large", {364, 382}},
+    {WidgetFamily::systemExtraLarge, "systemExtraLarge", "extralarge", {756, 382}}};
 
 }  // namespace
 
@@ -30,6 +31,13 @@ std::optional<WidgetFamily> familyFromName(std::string_view name) {
     if (named.name == name || named.shortName == name) return named.family;
   }
   return std::nullopt;
+}
+
+Size familySize(WidgetFamily family) {
+  for (const auto& named : families) {
+    if (named.family == family) return named.size;
+  }
+  return {};
 }
 
 }  // namespace platform

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/views/geometry.hpp"
+
 namespace platform {
 
 /// The sizes in which a widget can be placed.
@@ -14,5 +16,8 @@ std::string familyName(WidgetFamily family);
 
 /// Reads "systemSmall" or its short form "small"; absent for any other text.
 std::optional<WidgetFamily> familyFromName(std::string_view name);
+
+/// The size of a placed widget in points.
+Size familySize(WidgetFamily family);
 
 }  // namespace platform

@@ -46,27 +46,18 @@ own_surroundings() {
   export DBUS_SESSION_BUS_ADDRESS
 }
 
-# An X server with a window manager, its wallpaper in one colour.
-start_x11() {
-  screenshot() { import -silent -window root "$1" 2>/dev/null; }
-  exec 9>"$work/display"
-  # Without -noreset the server forgets everything when its only client leaves.
-  Xvfb -displayfd 9 -noreset -screen 0 1024x768x24 >/dev/null 2>&1 &
-  xvfb=$!
-  children+=("$xvfb")
-  eventually test -s "$work/display" || { echo "no Xvfb"; exit 1; }
-  DISPLAY=:$(cat "$work/display")
-  export DISPLAY
-  unset WAYLAND_DISPLAY
-  openbox >/dev/null 2>&1 &
-  children+=($!)
-  eventually window_manager_runs || { echo "no window manager"; exit 1; }
-  xsetroot -solid '#7a8592'
-  eventually wallpaper_shows || { echo "no wallpaper"; exit 1; }
+# The programs in a tree of their own, with a stand-in for the companion.
+own_programs() {
+  local built=$BIN
+  BIN=$work/installed/bin
+  mkdir -p "$BIN"
+  cp "$built/velmora-desktop" "$BIN"
+  ln -s "$built/velmora-widget" "$BIN"
+  ln -s "$built/../lib" "$built/../libexec" "$built/../share" "$work/installed"
+  printf '#!/bin/sh\necho "$$ $*" >>%q\n' "$work/opened" >"$BIN/velmora"
+  chmod +x "$BIN/velmora"
+  touch "$work/opened"
 }
-
-# xprop ends with 0 whether there is such a property or not.
-window_manager_runs() { xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id'; }
 
 start_host() { # options
   "$BIN/velmora-desktop" "$@" 2>>"$work/errors" &
@@ -82,22 +73,29 @@ stop_host() { # signal
 
 no_child_left() { ! pgrep -f "^$work/|velmora-widget (snapshot|timeline)" >/dev/null; }
 
-# Whether the screen shows a picture at a place. The rounded corners are left out.
+# Whether the screen shows a picture at a place in points. The rounded corners are left out.
 shows() { # picture x y
   screenshot "$work/screen.png" || return 1
   local size difference
   size=$(identify -format '%wx%h' "$1")
-  convert "$work/screen.png" +repage -crop "$size+$2+$3" +repage -shave 14x14 "$work/seen.png" 2>/dev/null
-  convert "$1" -alpha off -shave 14x14 "$work/wanted.png"
-  difference=$(compare -metric AE -fuzz 2% "$work/seen.png" "$work/wanted.png" null: 2>&1)
+  convert "$work/screen.png" +repage -crop "$size+$(device "$2")+$(device "$3")" +repage \
+    -shave 20x20 "$work/seen.png" 2>/dev/null
+  convert "$1" -alpha off -shave 20x20 "$work/wanted.png"
+  difference=$(compare -metric AE -fuzz 1% "$work/seen.png" "$work/wanted.png" null: 2>&1)
   [ "$difference" = 0 ]
 }
 
+# Device pixels for points.
+scale=1
+device() { bc <<<"($1 * $scale + 0.5) / 1"; }
+
 pixel() { # x y
-  screenshot "$work/screen.png" && convert "$work/screen.png" -format "%[hex:p{$1,$2}]" info: | cut -c1-6
+  screenshot "$work/screen.png" &&
+    convert "$work/screen.png" -format "%[hex:p{$(device "$1"),$(device "$2")}]" info: | cut -c1-6
 }
 
-wallpaper_shows() { test "$(pixel 500 400)" = 7A8592; }
+pixel_is() { test "$(pixel "$1" "$2")" = "$3"; }
+pixel_is_not() { ! pixel_is "$@"; }
 
 widget_picture() { # family scale file
   "$BIN/velmora-widget" snapshot --family "$1" --scale "$2" --output "$3" >/dev/null

@@ -1,0 +1,50 @@
+#include "desktop/screens/screen.hpp"
+
+#include <glib.h>
+
+#include <cstdlib>
+#include <stdexcept>
+
+#include "desktop/screens/wayland_screen.hpp"
+#include "desktop/screens/x11_screen.hpp"
+
+namespace desktop {
+
+namespace {
+
+std::unique_ptr<WaylandDisplay> connectToWayland() {
+  try {
+    return std::make_unique<WaylandDisplay>();
+  } catch (const std::runtime_error&) {
+    return nullptr;
+  }
+}
+
+}  // namespace
+
+std::unique_ptr<Screen> openScreen(const ScreenEvents& events, const Placement& placement) {
+  auto wayland = connectToWayland();
+  if (wayland && wayland->layerShell() != nullptr)
+    return openWayland(std::move(wayland), events, placement);
+  const bool hasX11 = std::getenv("DISPLAY") != nullptr;
+  if (wayland && !hasX11)
+    throw std::runtime_error(
+        "this Wayland compositor has no layer shell, and XWayland is not running; start XWayland, "
+        "or use a compositor with a layer shell");
+  if (wayland)
+    g_printerr(
+        "velmora-desktop: this compositor has no layer shell; by way of XWayland the widget may "
+        "stand above windows and be less sharp on scaled screens\n");
+  if (hasX11) {
+    try {
+      return openX11(events, placement);
+    } catch (const std::runtime_error&) {
+      // Said below.
+    }
+  }
+  throw std::runtime_error(
+      "no display can be opened; start it from a desktop session, or set DISPLAY or "
+      "WAYLAND_DISPLAY");
+}
+
+}  // namespace desktop

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "desktop/screens/wayland_handles.hpp"
+#include "desktop/widget_answer.hpp"
+
+namespace desktop {
+
+/// Pixels in memory that is the compositor's: nothing of them stays in this process.
+using WaylandBuffer = WaylandOwned<wl_buffer>;
+
+/// A picture as a buffer. Throws std::runtime_error when there is no memory to be had.
+WaylandBuffer makeBuffer(wl_shm* memory, cairo_surface_t* picture);
+
+/// A single transparent pixel.
+WaylandBuffer makeTransparentBuffer(wl_shm* memory);
+
+}  // namespace desktop

@@ -1,0 +1,80 @@
+#include "desktop/screens/x11_pointer.hpp"
+
+#include "desktop/screens/monitors.hpp"
+
+namespace desktop {
+
+namespace {
+
+// Key symbols of the X protocol (appendix A), and of its keyboard extension's conventions.
+enum : xcb_keysym_t { keyReturn = 0xff0d, keyEnter = 0xff8d, keyMenu = 0xff67, keyF10 = 0xffc7 };
+enum : xcb_button_t { firstButton = 1, thirdButton = 3 };
+
+xcb_keysym_t symbolOf(const X11Display& display, xcb_keycode_t code) {
+  const X11Owned<xcb_get_keyboard_mapping_reply_t> reply(xcb_get_keyboard_mapping_reply(
+      display.connection(), xcb_get_keyboard_mapping(display.connection(), code, 1), nullptr));
+  if (!reply || reply->keysyms_per_keycode == 0) return XCB_NO_SYMBOL;
+  return *xcb_get_keyboard_mapping_keysyms(reply.get());
+}
+
+/// For a program that opens a window: when the user asked for it (startup notification).
+std::string startupAt(xcb_timestamp_t time) {
+  return "DESKTOP_STARTUP_ID=velmora-desktop_TIME" + std::to_string(time);
+}
+
+}  // namespace
+
+void X11Pointer::handle(const xcb_generic_event_t& event) {
+  switch (event.response_type & 0x7fU) {
+    case XCB_BUTTON_PRESS:
+      return press(reinterpret_cast<const xcb_button_press_event_t&>(event));
+    case XCB_MOTION_NOTIFY:
+      return move(reinterpret_cast<const xcb_motion_notify_event_t&>(event));
+    case XCB_BUTTON_RELEASE:
+      return release(reinterpret_cast<const xcb_button_release_event_t&>(event));
+    case XCB_KEY_PRESS:
+      return key(reinterpret_cast<const xcb_key_press_event_t&>(event));
+    default:
+      return;
+  }
+}
+
+void X11Pointer::press(const xcb_button_press_event_t& event) {
+  if (event.detail != firstButton) return;
+  window_.takeFocus(event.time);  // so that its menu can be had by key
+  pressedAt_ = Point{event.root_x, event.root_y};
+  grabbedAt_ = {event.event_x, event.event_y};
+  isDragging_ = false;
+}
+
+void X11Pointer::move(const xcb_motion_notify_event_t& event) {
+  if (!pressedAt_) return;
+  isDragging_ = isDragging_ || isDrag(event.root_x - pressedAt_->x, event.root_y - pressedAt_->y);
+  if (isDragging_) window_.moveTo({event.root_x - grabbedAt_.x, event.root_y - grabbedAt_.y});
+}
+
+void X11Pointer::release(const xcb_button_release_event_t& event) {
+  // Not on the press: the menu's program could not grab the pointer yet.
+  if (event.detail == thirdButton) actions_.menuAsked({event.root_x, event.root_y});
+  if (event.detail != firstButton || !pressedAt_) return;
+  pressedAt_.reset();
+  if (isDragging_) {
+    actions_.dragged({event.root_x - grabbedAt_.x, event.root_y - grabbedAt_.y});
+  } else {
+    actions_.opened(startupAt(event.time));
+  }
+}
+
+void X11Pointer::key(const xcb_key_press_event_t& event) {
+  const auto symbol = symbolOf(display_, event.detail);
+  const bool shifted = (event.state & XCB_MOD_MASK_SHIFT) != 0;
+  if (symbol == keyReturn || symbol == keyEnter) {
+    actions_.opened(startupAt(event.time));
+  } else if (symbol == keyMenu || (symbol == keyF10 && shifted)) {
+    const auto at = window_.position();
+    const auto size = window_.size();
+    actions_.menuAsked({at.x + size.width / 2, at.y + size.height / 2});
+  }
+}
+
+}  // namespace desktop
