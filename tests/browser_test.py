@@ -39,7 +39,7 @@ def line_of(process):
 
 
 def browse(port, address):
-    """Presses Allow, and returns the text and the address of the page it ends on."""
+    """Presses Allow, and returns the address and the text of the page it ends on."""
     flags = ["--headless", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
              "--disable-background-networking", "--disable-component-update", "--disable-sync"]
     capabilities = {"alwaysMatch": {"goog:chromeOptions": {"args": flags}}}
@@ -48,10 +48,16 @@ def browse(port, address):
     driver(base + "/url", {"url": address})
     button = driver(base + "/element", {"using": "css selector", "value": "button.main"})
     driver(f"{base}/element/{next(iter(button.values()))}/click", {})
-    text = driver(base + "/execute/sync", {"script": "return document.body.innerText", "args": []})
-    end = driver(base + "/url")
-    driver(base, method="DELETE")
-    return text, end
+    look = {"script": "return [location.href, document.body.innerText]", "args": []}
+    try:
+        return wait_for(lambda: arrived(driver(base + "/execute/sync", look)))
+    finally:
+        driver(base, method="DELETE")
+
+
+def arrived(page):
+    """The page that the browser ended on, once it is no page of the provider's any more."""
+    return page if "code=" in page[0] and page[1] else None
 
 
 def sign_in(environment, sandbox, port):
@@ -59,12 +65,12 @@ def sign_in(environment, sandbox, port):
                                stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
     address = line_of(waiting)
     command_line = pathlib.Path(f"/proc/{waiting.pid}/cmdline").read_text()
-    text, end = browse(port, address)
+    end, text = browse(port, address)
+    assert "You are signed in" in text and "Velmora sandbox" in text, text
     said = waiting.communicate(timeout=30)[0]
     code = urllib.parse.parse_qs(urllib.parse.urlsplit(end).query)["code"][0]
     assert waiting.returncode == 0, said
     assert said == "Signed in as Velmora sandbox.\n", said
-    assert "You are signed in" in text and "Velmora sandbox" in text, text
     shown = address + command_line + said + text
     assert code not in shown and sandbox["clientSecret"] not in shown, "a secret was shown"
     return code
