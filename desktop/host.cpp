@@ -1,11 +1,10 @@
 #include "desktop/host.hpp"
 
-#include <malloc.h>
-
 #include <algorithm>
 #include <utility>
 
 #include "desktop/guarded.hpp"
+#include "desktop/memory.hpp"
 
 namespace desktop {
 
@@ -208,8 +207,8 @@ gboolean Host::askSoon(gpointer host) {
   guarded([&] {
     auto* self = static_cast<Host*>(host);
     self->soon_ = 0;
-    malloc_trim(0);  // half an hour of waiting may follow; what starting up took can go
     self->askNext();
+    giveBackMemory();  // half an hour of waiting may follow
   });
   return G_SOURCE_REMOVE;
 }

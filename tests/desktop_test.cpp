@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "desktop/command_line.hpp"
+#include "desktop/network_watch.hpp"
 #include "desktop/picture_folder.hpp"
 #include "desktop/placement.hpp"
 #include "desktop/schedule.hpp"
@@ -186,6 +187,20 @@ TEST(XSettings, areReadWithinTheirBounds) {
   EXPECT_EQ(resourceDpi("a:\t1\nXft.dpi:\t144\nb:\t2\n"), 144);
   for (const char* none : {"", "Xft.dpi:", "Xft.dpi:\t-1", "Xft.dpi:\tx", "xXft.dpi: 144"})
     EXPECT_EQ(resourceDpi(none), std::nullopt) << none;
+}
+
+TEST(Network, isThereWithARouteToEverywhere) {
+  const std::string head = "Iface\tDestination\tGateway\tFlags\tRefCnt\tUse\tMetric\tMask\n";
+  const std::string local = "eth0\t000010AC\t00000000\t0001\t0\t0\t0\t00F0FFFF\t0\t0\t0\n";
+  const std::string everywhere = "eth0\t00000000\t010010AC\t0003\t0\t0\t0\t00000000\t0\t0\t0\n";
+  const std::string zero(32, '0');
+  const auto ipv6 = [&](const std::string& flags) {
+    return zero + " 00 " + zero + " 00 " + zero + " ffffffff 00000001 00000000 " + flags + " lo\n";
+  };
+  EXPECT_TRUE(hasDefaultRoute(head + local + everywhere, ""));
+  EXPECT_TRUE(hasDefaultRoute(head, ipv6("00000003")));
+  EXPECT_FALSE(hasDefaultRoute(head + local, ipv6("00200200"))) << "a refusal";
+  EXPECT_FALSE(hasDefaultRoute("", ""));
 }
 
 TEST(PictureRows, areTheShapeOfWhatIsOpaque) {

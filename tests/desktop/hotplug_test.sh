@@ -1,0 +1,44 @@
+#!/bin/bash
+# velmora-desktop while outputs go and come: a sway inside another one, whose windows are its
+# outputs. Argument: the folder of the built programs.
+BIN=$1
+. "$(dirname "$0")/session.sh"
+. "$(dirname "$0")/screens.sh"
+own_surroundings
+own_programs
+start_sway 1 1024 768 'for_window [app_id=wlroots] floating enable, border none'
+outer=$WAYLAND_DISPLAY outer_socket=$SWAYSOCK
+printf 'output * bg #224466 solid_color\n' >"$work/inner"
+WLR_BACKENDS=wayland WLR_WL_OUTPUTS=2 WLR_RENDERER=pixman "${as_user[@]}" \
+  sway -c "$work/inner" >"$work/inner.log" 2>&1 &
+children+=($!)
+inner_listens() { listening 'wayland-2' && test "$(find "$XDG_RUNTIME_DIR" -name 'sway-ipc*.sock' | wc -l)" = 2; }
+eventually inner_listens || { echo "no inner sway"; exit 1; }
+export WAYLAND_DISPLAY=wayland-2
+SWAYSOCK=$(find "$XDG_RUNTIME_DIR" -name 'sway-ipc*.sock' ! -path "$outer_socket")
+outputs() { test "$(swaymsg -t get_outputs -r | grep -c '"name": "WL-')" = "$1"; }
+eventually outputs 2 || { echo "not two outputs"; exit 1; }
+widget_picture small 1 "$work/small.png"
+
+on_output() { # name: whether the widget is there alone
+  local shown
+  screenshot() { grim -o "$shown" "$1" 2>/dev/null; }
+  shown=$1
+  shows "$work/small.png" 24 24
+}
+start_host --family small --corner top-left --margin 24 --monitor WL-2
+check "it stands on the named output" eventually on_output WL-2
+close_output() { # its title names it
+  WAYLAND_DISPLAY=$outer SWAYSOCK=$outer_socket swaymsg "[title=\"$1\"] kill" >/dev/null
+}
+close_output WL-2
+check "on another one once that has gone" eventually on_output WL-1
+close_output WL-1
+check "that one goes too" eventually outputs 0
+check "it outlives the last one" kill -0 "$host"
+swaymsg create_output >/dev/null
+new=$(swaymsg -t get_outputs -r | sed -n 's/.*"name": "\(WL-[0-9]*\)".*/\1/p' | tail -1)
+check "and stands on the next one" eventually on_output "$new"
+stop_host TERM
+check "it ends cleanly" test "$status" = 0
+finish_test
