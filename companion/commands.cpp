@@ -95,7 +95,7 @@ int statusCommand(const CommandLine& line) {
             {"snapshot", status.snapshot ? velmora::jsonForm(*status.snapshot) : Json(nullptr)}};
   if (line.check) {
     json["check"] = {{"ok", !problem}};
-    if (problem) json["check"]["error"] = *problem;
+    if (problem) json["check"]["error"] = problem->description;
   }
   return print(json);
 }

@@ -15,7 +15,8 @@ std::string findProgram(const std::string& name) {
   std::error_code ignored;
   const auto folder = fs::read_symlink("/proc/self/exe", ignored).parent_path();
   // From the folder of the terminal's programs, and from libexec/velmora beside it.
-  for (const auto& file : {folder / name, folder / "../../bin" / name}) {
+  for (const auto& file :
+       {folder / name, folder / "../libexec/velmora" / name, folder / "../../bin" / name}) {
     const auto candidate = file.lexically_normal();
     if (fs::is_regular_file(candidate, ignored) && ::access(candidate.c_str(), X_OK) == 0)
       return candidate;

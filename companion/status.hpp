@@ -20,8 +20,22 @@ struct Status {
 
 Status currentStatus();
 
-/// Fetches everything anew, as the widget does, and keeps it for the widget. Returns the
-/// description of the first error met, nothing when all went well.
-std::optional<std::string> refreshFigures();
+/// The first error that a refresh met.
+struct RefreshFailure {
+  enum class Case {
+    signedOut,    ///< the provider does not take the sign-in any more
+    unreachable,  ///< no answer came
+    forbidden,    ///< the provider does not let this client or user read
+    tooMany,      ///< too many requests for now
+    other
+  };
+
+  Case kind = Case::other;
+  std::string description;  ///< in the user's language
+};
+
+/// Fetches everything anew, as the widget does, and keeps it for the widget. Returns nothing when
+/// all went well.
+std::optional<RefreshFailure> refreshFigures();
 
 }  // namespace companion

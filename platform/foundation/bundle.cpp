@@ -37,7 +37,12 @@ std::optional<fs::path> userFolder(const char* variable, const char* standardNam
 fs::path resourceFolder() {
   std::error_code ignored;
   const auto program = fs::read_symlink("/proc/self/exe", ignored);
-  return program.parent_path().parent_path() / "share" / mainBundleName;
+  const auto prefix = program.parent_path().parent_path();
+  const auto folder = fs::path("share") / mainBundleName;
+  // A program under libexec stands one folder deeper.
+  if (!fs::exists(prefix / folder, ignored) && fs::exists(prefix.parent_path() / folder, ignored))
+    return prefix.parent_path() / folder;
+  return prefix / folder;
 }
 
 std::optional<fs::path> userResourceFolder() { return userFolder("XDG_DATA_HOME", "share"); }

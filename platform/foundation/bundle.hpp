@@ -13,7 +13,8 @@ namespace platform {
 extern const std::string_view mainBundleName;
 
 /// The folder of the program's read-only resources: `share/NAME` beside the `bin` that holds the
-/// running program, so that it works from a build tree and from any installation prefix.
+/// running program (or beside the `libexec` for one in a folder there), so that it works from a
+/// build tree and from any installation prefix.
 std::filesystem::path resourceFolder();
 
 /// The folder of the user's own resources, which win over the program's: `$XDG_DATA_HOME/NAME`,

@@ -4,13 +4,17 @@
 #include <unicode/gregocal.h>
 #include <unicode/locid.h>
 #include <unicode/numberformatter.h>
+#include <unicode/numfmt.h>
 #include <unicode/smpdtfmt.h>
 #include <unicode/ucurr.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <limits>
 #include <memory>
+
+#include "platform/foundation/text.hpp"
 
 namespace platform {
 
@@ -46,6 +50,14 @@ number::LocalizedNumberFormatter withDigits(int fractionDigits, const std::strin
       .roundingMode(UNUM_ROUND_HALFEVEN);
 }
 
+std::optional<icu::CurrencyUnit> currencyUnit(const std::string& code) {
+  UErrorCode status = U_ZERO_ERROR;
+  auto text = icu::UnicodeString::fromUTF8(code);
+  icu::CurrencyUnit unit(icu::ConstChar16Ptr(text.getTerminatedBuffer()), status);
+  if (U_FAILURE(status) || text.length() != 3) return std::nullopt;
+  return unit;
+}
+
 std::unique_ptr<icu::SimpleDateFormat> dayFormat(const std::string& locale,
                                                  const std::string& pattern) {
   UErrorCode status = U_ZERO_ERROR;
@@ -68,13 +80,38 @@ std::optional<std::string> decimalText(double number, int fractionDigits,
 
 std::optional<std::string> currencyText(double amount, const std::string& currencyCode,
                                         int mostFractionDigits, const std::string& locale) {
+  const auto currency = currencyUnit(currencyCode);
+  const auto ownDigits = currencyFractionDigits(currencyCode);
+  if (!currency || !ownDigits) return std::nullopt;
+  const int digits = std::min(*ownDigits, mostFractionDigits);
+  return format(withDigits(digits, locale).unit(*currency), amount);
+}
+
+std::optional<int> currencyFractionDigits(const std::string& currencyCode) {
+  const auto currency = currencyUnit(currencyCode);
+  if (!currency) return std::nullopt;
   UErrorCode status = U_ZERO_ERROR;
-  auto code = icu::UnicodeString::fromUTF8(currencyCode);
-  const icu::CurrencyUnit currency(icu::ConstChar16Ptr(code.getTerminatedBuffer()), status);
-  if (U_FAILURE(status) || code.length() != 3) return std::nullopt;
-  const int ownDigits = ucurr_getDefaultFractionDigits(currency.getISOCurrency(), &status);
-  if (U_FAILURE(status)) return std::nullopt;
-  return format(withDigits(std::min(ownDigits, mostFractionDigits), locale).unit(currency), amount);
+  const int digits = ucurr_getDefaultFractionDigits(currency->getISOCurrency(), &status);
+  return U_FAILURE(status) ? std::nullopt : std::optional(digits);
+}
+
+std::optional<double> decimalFromText(const std::string& text, const std::string& locale) {
+  UErrorCode status = U_ZERO_ERROR;
+  const std::unique_ptr<icu::NumberFormat> format(
+      icu::NumberFormat::createInstance(icu::Locale(locale.c_str()), status));
+  const auto whole = icu::UnicodeString::fromUTF8(text).trim();
+  if (U_SUCCESS(status) && !whole.isEmpty()) {
+    format->setLenient(false);  // else "12.5" would be 125 where the point groups
+    icu::Formattable value;
+    icu::ParsePosition position(0);
+    format->parse(whole, value, position);
+    const double number = value.getDouble(status);
+    if (position.getErrorIndex() < 0 && position.getIndex() == whole.length() &&
+        U_SUCCESS(status) && std::isfinite(number))
+      return number;
+  }
+  const auto number = numberFromText(utf8(whole));
+  return number && std::isfinite(*number) ? number : std::nullopt;
 }
 
 std::string plainDecimalText(double number, int fractionDigits) {
@@ -94,6 +131,14 @@ std::string mediumDateText(Instant instant, const std::string& locale) {
   }
   icu::UnicodeString text;
   return utf8(format->format(unixSeconds(instant) * millisecondsPerSecond, text));
+}
+
+std::string dateTimeText(Instant instant, const std::string& locale) {
+  const std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createDateTimeInstance(
+      icu::DateFormat::kMedium, icu::DateFormat::kShort, icu::Locale(locale.c_str())));
+  icu::UnicodeString text;
+  if (format) format->format(unixSeconds(instant) * millisecondsPerSecond, text);
+  return utf8(text);
 }
 
 bool isRightToLeft(const std::string& locale) {

@@ -21,11 +21,22 @@ std::optional<std::string> decimalText(double number, int fractionDigits,
 std::optional<std::string> currencyText(double amount, const std::string& currencyCode,
                                         int mostFractionDigits, const std::string& locale);
 
+/// How many fraction digits a currency has (ISO 4217); absent when the code is none.
+std::optional<int> currencyFractionDigits(const std::string& currencyCode);
+
+/// A decimal number as it is typed in the locale ("1.234,5" in German), else as in C ("1234.5").
+/// Absent unless the whole text is a finite one.
+std::optional<double> decimalFromText(const std::string& text, const std::string& locale);
+
 /// "%.2f" in the C locale, for any number of digits.
 std::string plainDecimalText(double number, int fractionDigits);
 
 /// The UTC day of an instant in the locale's medium date style ("21 mai 2026").
 std::string mediumDateText(Instant instant, const std::string& locale);
+
+/// An instant in the local time zone, in the locale's medium date and short time style ("23 Nov
+/// 2026, 10:32").
+std::string dateTimeText(Instant instant, const std::string& locale);
 
 /// Whether the locale's language is written from right to left.
 bool isRightToLeft(const std::string& locale);

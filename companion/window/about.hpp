@@ -1,0 +1,9 @@
+#pragma once
+
+#include <adwaita.h>
+
+namespace companion::window {
+
+void showAbout(GtkWindow* parent);
+
+}  // namespace companion::window

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+
+#include "companion/window/widgets.hpp"
+
+namespace companion::window {
+
+/// A row of a list with a sign before and a control behind its texts; in little room the control
+/// stands below them.
+struct FoldingRow {
+  GtkWidget* row = nullptr;
+
+  FoldingRow() = default;
+  /// `end` is one control, or a box of several.
+  FoldingRow(GtkWidget* sign, const std::string& title, GtkWidget* end);
+
+  void setTitle(const std::string& title) const;
+  /// An empty one is not shown.
+  void setSubtitle(const std::string& subtitle) const;
+
+ private:
+  GtkWidget* title_ = nullptr;
+  GtkWidget* subtitle_ = nullptr;
+};
+
+}  // namespace companion::window
