@@ -10,6 +10,19 @@
 
 namespace velmora {
 
+namespace {
+
+TokenResponse decodeTokenResponse(std::string_view body) {
+  const platform::JsonDecoder object(body);
+  return {.access_token = object.optionalString("access_token"),
+          .refresh_token = object.optionalString("refresh_token"),
+          .expires_in = object.optionalInteger("expires_in"),
+          .error = object.optionalString("error"),
+          .error_description = object.optionalString("error_description")};
+}
+
+}  // namespace
+
 OAuthError::OAuthError(Case errorCase, std::string description)
     : kind(errorCase), description_(std::move(description)) {}
 
@@ -35,16 +48,6 @@ std::string formEncodedBody(const std::map<std::string, std::string>& fields) {
   for (const auto& [name, value] : fields)
     body += (body.empty() ? "" : "&") + name + "=" + percentEncodeValue(value);
   return body;
-}
-
-TokenResponse decodeTokenResponse(std::string_view body) {
-  const platform::JsonDecoder object(body);
-  return {.access_token = object.optionalString("access_token"),
-          .refresh_token = object.optionalString("refresh_token"),
-          .expires_in = object.optionalInteger("expires_in"),
-          .scope = object.optionalString("scope"),
-          .error = object.optionalString("error"),
-          .error_description = object.optionalString("error_description")};
 }
 
 std::string accessTokenFrom(std::string_view body) {

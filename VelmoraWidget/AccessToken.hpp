@@ -14,7 +14,6 @@ struct TokenResponse {
   std::optional<std::string> access_token;
   std::optional<std::string> refresh_token;
   std::optional<std::int64_t> expires_in;  ///< seconds
-  std::optional<std::string> scope;
   std::optional<std::string> error;
   std::optional<std::string> error_description;
 };
@@ -49,9 +48,6 @@ std::string refreshAccessToken();
 /// Reads the token endpoint's answer, whatever its status was, and returns the access token.
 /// Throws OAuthError or platform::JsonDecodingError.
 std::string accessTokenFrom(std::string_view body);
-
-/// Reads the members of a token endpoint's answer. Throws platform::JsonDecodingError.
-TokenResponse decodeTokenResponse(std::string_view body);
 
 /// A body of type application/x-www-form-urlencoded.
 std::string formEncodedBody(const std::map<std::string, std::string>& fields);

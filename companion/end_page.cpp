@@ -3,7 +3,6 @@
 #include <glib.h>
 
 #include "platform/foundation/formatting.hpp"
-#include "platform/foundation/languages.hpp"
 #include "platform/foundation/localized_strings.hpp"
 #include "platform/foundation/raii.hpp"
 #include "platform/foundation/text.hpp"
@@ -53,8 +52,7 @@ std::string paragraph(const std::string& text, const char* attributes = "") {
 
 /// `lang` and `dir` of the language that the texts are in.
 std::string languageAttributes() {
-  const auto languages = platform::stringTableLanguages();
-  const auto locale = languages.empty() ? "en" : languages.front();
+  const auto locale = platform::textLanguage();
   const auto language = locale.substr(0, locale.find_first_of("_-"));
   return "lang=\"" + escaped(language) + "\" dir=\"" +
          (platform::isRightToLeft(locale) ? "rtl" : "ltr") + "\"";

@@ -10,7 +10,7 @@ std::optional<RedirectAddress> loopbackRedirect(const Client& client) {
     const bool here = origin && origin->scheme == "http" &&
                       (origin->host == "127.0.0.1" || origin->host == "localhost");
     // User information in front of the host, a query or a fragment would not come back as they are.
-    if (!here || uri.find_first_of("@?#") != std::string::npos) continue;
+    if (!here || origin->port == "0" || uri.find_first_of("@?#") != std::string::npos) continue;
     return RedirectAddress{uri, std::stoi(origin->port), platform::pathOf(uri)};
   }
   return std::nullopt;

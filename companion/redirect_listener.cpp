@@ -1,6 +1,7 @@
 #include "companion/redirect_listener.hpp"
 
 #include <libsoup/soup.h>
+#include <sys/resource.h>
 
 #include <vector>
 
@@ -15,6 +16,7 @@ namespace {
 template <class T>
 using Object = platform::Owned<T, g_object_unref>;
 using Error = platform::Owned<GError, g_error_free>;
+using Uri = platform::Owned<GUri, g_uri_unref>;
 using Uris = platform::Owned<GSList, +[](GSList* list) {
   g_slist_free_full(list, reinterpret_cast<GDestroyNotify>(g_uri_unref));
 }>;
@@ -38,16 +40,32 @@ void respond(SoupServerMessage* message, unsigned status, const std::string& pag
                                    page.data(), page.size());
 }
 
+/// Idle connections must not use the descriptors up: without one, the listener would go deaf.
+void raiseDescriptorLimit() {
+  rlimit limit{};
+  if (::getrlimit(RLIMIT_NOFILE, &limit) != 0) return;
+  limit.rlim_cur = limit.rlim_max;
+  ::setrlimit(RLIMIT_NOFILE, &limit);
+}
+
 std::string textOf(const char* part) { return part == nullptr ? "" : part; }
+
+/// A path as the server library hands it out: decoded, without dot segments.
+std::string asServed(const std::string& path) {
+  const Uri uri(
+      g_uri_parse(("http://localhost" + path).c_str(), G_URI_FLAGS_SCHEME_NORMALIZE, nullptr));
+  return uri ? g_uri_get_path(uri.get()) : path;
+}
 
 }  // namespace
 
 class RedirectListener::Server {
  public:
-  Server(int port, std::string path, Judge belongsHere)
-      : path_(std::move(path)),
+  Server(int port, const std::string& path, Judge belongsHere)
+      : path_(asServed(path)),
         belongsHere_(std::move(belongsHere)),
         server_(soup_server_new("server-header", "", nullptr)) {
+    raiseDescriptorLimit();
     const Object<GInetAddress> loopback(g_inet_address_new_loopback(G_SOCKET_FAMILY_IPV4));
     const Object<GSocketAddress> address(
         g_inet_socket_address_new(loopback.get(), static_cast<guint16>(port)));

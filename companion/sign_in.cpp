@@ -8,6 +8,7 @@
 #include "VelmoraWidget/AccountResolution.hpp"
 #include "VelmoraWidget/AdSenseBaseURL.hpp"
 #include "VelmoraWidget/AdSenseClient.hpp"
+#include "VelmoraWidget/RequestTimeout.hpp"
 #include "companion/authorization.hpp"
 #include "companion/beside.hpp"
 #include "companion/client_file.hpp"
@@ -17,6 +18,7 @@
 #include "companion/running_host.hpp"
 #include "companion/token_exchange.hpp"
 #include "companion/user_data.hpp"
+#include "platform/foundation/http.hpp"
 #include "platform/foundation/text.hpp"
 #include "platform/foundation/user_defaults.hpp"
 
@@ -41,11 +43,16 @@ std::optional<SignInError> errorOf(const Work& work) {
 
 /// The first account of the signed-in user; absent when it cannot be had now, which is no reason
 /// to refuse a sign-in. Throws SignInError when there is none.
-std::optional<velmora::Account> firstAccount(const Grant& grant) {
+std::optional<velmora::Account> firstAccount(const Grant& grant,
+                                             std::chrono::milliseconds timeout) {
   try {
-    const velmora::AdSenseClient client{grant.accessToken, velmora::adSenseBaseURL()};
-    const auto answer =
-        velmora::decodeAccountsResponse(client.authorizedGet(client.baseURL + "/accounts"));
+    const auto response =
+        platform::sendRequest({.url = velmora::adSenseBaseURL() + "/accounts",
+                               .headers = {{"Authorization", "Bearer " + grant.accessToken}},
+                               .body = std::nullopt,
+                               .timeout = std::min(timeout, velmora::requestTimeout())});
+    if (response.status != 200) return std::nullopt;
+    const auto answer = velmora::decodeAccountsResponse(response.body);
     if (answer.accounts && !answer.accounts->empty()) return answer.accounts->front();
   } catch (const std::exception&) {
     return std::nullopt;
@@ -53,19 +60,32 @@ std::optional<velmora::Account> firstAccount(const Grant& grant) {
   throw SignInError(SignInError::Case::noAccount);
 }
 
-/// Puts the new user in the former one's place, once the token is stored and not before.
-std::string settle(const Grant& grant) {
+/// Stores the token. What looks like a failure may have come too late to be one.
+void keepToken(const std::string& token) {
   try {
-    const auto account = firstAccount(grant);
-    storeRefreshToken(grant.refreshToken);
-    forgetFigures();
-    if (!account) return "";
-    platform::UserDefaults::standard().setString(velmora::accountCacheKey, account->name);
-    return platform::oneLine(account->displayName.value_or(account->name));
+    storeRefreshToken(token);
   } catch (const SignInError&) {
-    revokeToken(grant.refreshToken);  // nobody is to hold what was granted in vain
+    const auto stored = isStoredToken(token);
+    if (stored == true) return;
+    if (stored == false) revokeToken(token);  // nobody is to hold what was granted in vain
     throw;
   }
+}
+
+/// Puts the new user in the former one's place, once the token is stored and not before.
+std::string settle(const Grant& grant, std::chrono::milliseconds timeout) {
+  std::optional<velmora::Account> account;
+  try {
+    account = firstAccount(grant, timeout);
+  } catch (const SignInError&) {
+    revokeToken(grant.refreshToken);
+    throw;
+  }
+  keepToken(grant.refreshToken);
+  forgetFigures();
+  if (!account) return "";
+  platform::UserDefaults::standard().setString(velmora::accountCacheKey, account->name);
+  return platform::oneLine(account->displayName.value_or(account->name));
 }
 
 }  // namespace
@@ -112,6 +132,7 @@ class SignIn::Flow : public std::enable_shared_from_this<SignIn::Flow> {
       if (client_.isWeb && !loopbackRedirect(client_))
         throw SignInError(SignInError::Case::noLoopbackAddress);
       requireKeyring();
+      requireState();
     });
   }
 
@@ -157,7 +178,8 @@ class SignIn::Flow : public std::enable_shared_from_this<SignIn::Flow> {
                           failure->error);
       }
       const auto& code = std::get<AuthorizationCode>(answer).code;
-      outcome_.account = settle(exchangeCode(client_.config, request_, code, timeLeft()));
+      const auto grant = exchangeCode(client_.config, request_, code, timeLeft());
+      outcome_.account = settle(grant, timeLeft());
     });
   }
 

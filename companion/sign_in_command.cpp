@@ -4,7 +4,9 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <functional>
 #include <iostream>
+#include <stdexcept>
 
 #include "companion/browser.hpp"
 #include "companion/sign_in.hpp"
@@ -19,13 +21,15 @@ namespace {
 
 using MainLoop = platform::Owned<GMainLoop, g_main_loop_unref>;
 
-void showAddress(const CommandLine& line, const std::string& address) {
-  if (line.printAddress || !openInBrowser(address)) {
-    platform::printLine(address);
-  } else if (::isatty(STDERR_FILENO) != 0) {
+/// Returns whether the user can get to the address. `print` shows it later, should the browser
+/// turn out to fail.
+bool showAddress(const CommandLine& line, const std::string& address,
+                 const std::function<void()>& print) {
+  if (line.printAddress || !openInBrowser(address, print)) return platform::printLine(address);
+  if (::isatty(STDERR_FILENO) != 0)
     std::cerr << platform::localizedString("Go on in the browser. Velmora waits for it.")
               << std::endl;
-  }
+  return true;
 }
 
 gboolean cancel(gpointer signIn) {
@@ -39,7 +43,11 @@ std::string signInFromTerminal(const CommandLine& line) {
   const MainLoop loop(g_main_loop_new(nullptr, FALSE));
   SignInOutcome outcome;
   SignInEvents events;
-  events.waiting = [&line](const std::string& address) { showAddress(line, address); };
+  bool isShown = true;
+  events.waiting = [&](const std::string& address) {
+    isShown = showAddress(line, address, [address] { platform::printLine(address); });
+    if (!isShown) g_main_loop_quit(loop.get());
+  };
   events.finished = [&](const SignInOutcome& end) {
     outcome = end;
     g_main_loop_quit(loop.get());
@@ -51,6 +59,7 @@ std::string signInFromTerminal(const CommandLine& line) {
     for (int i = 0; i < 3; ++i) g_source_remove_by_user_data(&signIn);
   }
   platform::drainBackgroundTasks();
+  if (!isShown) throw std::runtime_error("cannot write to standard output");
   if (outcome.error) throw SignInError(*outcome.error);
   return outcome.account.empty() ? platform::localizedString("Signed in.")
                                  : platform::localizedFormat("Signed in as %s.", {outcome.account});

@@ -32,6 +32,11 @@ std::string describe(SignInError::Case kind, const std::string& detail) {
           "No keyring can be reached. Start one, such as GNOME Keyring, then try again.");
     case Case::keyringFailed:
       return localizedFormat("The keyring did not do what it was asked (%s). Try again.", {detail});
+    case Case::stateNotWritable:
+      return localizedFormat(
+          "Nothing can be stored in %s. Make room there, or look at its permissions, then try "
+          "again.",
+          {detail});
     case Case::denied:
       return localizedString(
           "Permission was denied in the browser. To see your figures, sign in again and allow it.");

@@ -16,9 +16,10 @@ class SignInError : public std::exception {
     keyringLocked,
     keyringMissing,
     keyringFailed,
-    denied,       ///< the user refused
-    refused,      ///< the provider refused, at the authorization or at the token endpoint
-    unreachable,  ///< the token endpoint gave no answer that can be read
+    stateNotWritable,  ///< the figures of the former user could not be forgotten
+    denied,            ///< the user refused
+    refused,           ///< the provider refused, at the authorization or at the token endpoint
+    unreachable,       ///< the token endpoint gave no answer that can be read
     noRefreshToken,
     noPermission,  ///< the granted scope lacks AdSense
     noAccount,     ///< the Google account has no AdSense account

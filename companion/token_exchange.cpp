@@ -23,30 +23,44 @@ platform::HttpResponse sendForm(const std::string& url,
   return platform::sendRequest({.url = url,
                                 .headers = {{"Content-Type", "application/x-www-form-urlencoded"}},
                                 .body = velmora::formEncodedBody(fields),
-                                .timeout = timeout});
+                                .timeout = timeout,
+                                .followsRedirects = false});
 }
 
-/// Whether the granted scope covers AdSense; one that is not named is the one that was asked for
+/// Whether the granted scope covers AdSense. One that is not named is the one that was asked for
 /// (RFC 6749, section 5.1).
-bool coversAdSense(const std::optional<std::string>& scope) {
-  if (!scope) return true;
-  std::istringstream words(*scope);
+bool coversAdSense(const std::string& scope) {
+  std::istringstream words(scope);
   return std::find(std::istream_iterator<std::string>(words), {}, adSenseScope) !=
          std::istream_iterator<std::string>();
 }
 
-Grant grantFrom(const velmora::TokenResponse& answer) {
+/// A member that should be a text; empty when it is missing or is none.
+std::string textIn(const platform::JsonDecoder& object, const char* key) {
+  try {
+    return object.optionalString(key).value_or("");
+  } catch (const platform::JsonDecodingError&) {
+    return "";
+  }
+}
+
+Grant grantFrom(const platform::HttpResponse& response) {
   using Case = SignInError::Case;
-  if (answer.error) throw SignInError(Case::refused, *answer.error);
-  const auto access = answer.access_token.value_or("");
-  const auto refresh = answer.refresh_token.value_or("");
-  const bool hasPermission = coversAdSense(answer.scope);
+  const platform::JsonDecoder answer(response.body);
+  const auto status = "HTTP " + std::to_string(response.status);
+  if (answer.contains("error")) {
+    const auto error = textIn(answer, "error");
+    throw SignInError(Case::refused, error.empty() ? status : error);
+  }
+  if (response.status != 200) throw SignInError(Case::unreachable, status);
+  const auto access = textIn(answer, "access_token");
+  const auto refresh = textIn(answer, "refresh_token");
+  const bool hasPermission = !answer.contains("scope") || coversAdSense(textIn(answer, "scope"));
   if (hasPermission && !access.empty() && !refresh.empty()) return {access, refresh};
   // What cannot be used is not left behind at the provider.
   const auto& token = refresh.empty() ? access : refresh;
   if (!token.empty()) revokeToken(token);
-  if (token.empty() || (access.empty() && hasPermission))
-    throw SignInError(Case::unreachable, "access_token");
+  if (access.empty()) throw SignInError(Case::unreachable, "access_token");
   throw SignInError(hasPermission ? Case::noRefreshToken : Case::noPermission);
 }
 
@@ -63,10 +77,7 @@ Grant exchangeCode(const velmora::OAuthConfig& config, const AuthorizationReques
                                     {"client_secret", config.clientSecret},
                                     {"redirect_uri", request.redirectURI}},
                                    std::min(timeout, velmora::requestTimeout()));
-    const auto answer = velmora::decodeTokenResponse(response.body);
-    if (response.status != 200 && !answer.error)
-      throw SignInError(SignInError::Case::unreachable, "HTTP " + std::to_string(response.status));
-    return grantFrom(answer);
+    return grantFrom(response);
   } catch (const platform::TransportError& error) {
     throw SignInError(SignInError::Case::unreachable, error.what());
   } catch (const platform::JsonDecodingError& error) {

@@ -7,6 +7,7 @@
 #include "VelmoraWidget/SnapshotCache.hpp"
 #include "companion/sign_in_error.hpp"
 #include "companion/token_exchange.hpp"
+#include "platform/foundation/bundle.hpp"
 #include "platform/foundation/json.hpp"
 #include "platform/foundation/user_defaults.hpp"
 #include "platform/keychain/keychain.hpp"
@@ -44,6 +45,11 @@ std::optional<std::string> read(const char* account) {
   }
 }
 
+[[noreturn]] void failToForget() {
+  const auto folder = platform::stateFolder();
+  throw SignInError(SignInError::Case::stateNotWritable, folder ? folder->string() : "~");
+}
+
 }  // namespace
 
 void requireKeyring() {
@@ -65,19 +71,38 @@ void storeGoals(const velmora::Objectives& goals) {
         platform::encodeJson(velmora::jsonForm(goals)));
 }
 
+void requireState() {
+  constexpr const char* probe = "companion.probe";
+  const auto defaults = platform::UserDefaults::standard();
+  defaults.setString(probe, probe);
+  const bool stored = defaults.string(probe).has_value();
+  defaults.remove(probe);
+  if (!stored) failToForget();
+}
+
 void forgetFigures() {
   const auto defaults = platform::UserDefaults::standard();
   defaults.remove(velmora::accountCacheKey);
   defaults.remove(velmora::snapshotCacheKey);
+  if (defaults.string(velmora::accountCacheKey) || defaults.data(velmora::snapshotCacheKey))
+    failToForget();
+}
+
+std::optional<bool> isStoredToken(const std::string& token) {
+  try {
+    return read(velmora::refreshTokenAccount) == token;
+  } catch (const SignInError&) {
+    return std::nullopt;
+  }
 }
 
 bool signOut() {
   const auto token = read(velmora::refreshTokenAccount);
-  const bool withdrawn = !token || revokeToken(*token);
+  requireState();
   const auto code = platform::removeGenericPassword(keyOf(velmora::refreshTokenAccount));
   if (code != status::success && code != status::itemNotFound) fail(code);
   forgetFigures();
-  return withdrawn;
+  return !token || revokeToken(*token);
 }
 
 }  // namespace companion

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "VelmoraWidget/Objectives.hpp"
@@ -9,6 +10,9 @@ namespace companion {
 /// Throws SignInError (keyringLocked, keyringMissing, keyringFailed) when nothing can be stored
 /// now without asking the user. Waits for at most a few seconds.
 void requireKeyring();
+
+/// Throws SignInError (stateNotWritable) when the figures of a former user could not be forgotten.
+void requireState();
 
 /// Stores the refresh token where the widget reads it, in place of every older one. Throws
 /// SignInError.
@@ -21,11 +25,15 @@ velmora::Objectives storedGoals();
 /// Stores both goals, finite and above zero, where the widget reads them. Throws SignInError.
 void storeGoals(const velmora::Objectives& goals);
 
-/// Forgets the account and the figures, which belong to one user of one client.
+/// Whether that very token is the stored one; absent when the keyring does not say.
+std::optional<bool> isStoredToken(const std::string& token);
+
+/// Forgets the account and the figures, which belong to one user of one client. Throws SignInError
+/// (stateNotWritable).
 void forgetFigures();
 
-/// Withdraws the token at the provider, as far as it can be reached, then forgets the token, the
-/// account and the figures. Nothing is wrong when nobody was signed in. Returns whether the
+/// Forgets the token, the account and the figures, and withdraws the token at the provider as far
+/// as it can be reached. Nothing is wrong when nobody was signed in. Returns whether the
 /// provider knows of it (true as well when there was nothing to withdraw). Throws SignInError when
 /// the keyring cannot be read or written; then nothing has changed.
 bool signOut();

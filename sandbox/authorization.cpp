@@ -17,6 +17,7 @@ std::string only(const QueryParameters& parameters, const std::string& name) {
 }
 
 bool isRegistered(const std::string& redirectURI) {
+  if (redirectURI.find_first_of("?#@") != std::string::npos) return false;
   for (const std::string registered : {"http://127.0.0.1", "http://localhost", "http://[::1]"}) {
     if (!redirectURI.starts_with(registered)) continue;
     auto rest = redirectURI.substr(registered.size());

@@ -14,7 +14,7 @@ constexpr std::chrono::minutes codeLifetime{1};
 
 std::string Grants::issueCode(Consent consent) {
   const std::lock_guard lock(mutex_);
-  auto code = "4/0" + platform::randomToken();
+  auto code = "4/0" + platform::randomToken() + "+/";  // to be escaped
   codes_[code] = {std::move(consent), std::chrono::steady_clock::now(), std::nullopt};
   return code;
 }

@@ -144,7 +144,7 @@ TEST_F(Companion, commandsSayOneThing) {
   EXPECT_THAT(call("status --check").output,
               HasSubstr(R"("check":{"ok":false,"error":"OAuth configuration not found)"));
   EXPECT_EQ(call("sign-out").status, 0);
-  for (const char* failing : {"client", "sign-in", "client /tmp"}) {
+  for (const char* failing : {"client", "sign-in", "client /tmp", "sign-in --print-address >&-"}) {
     const auto result = call(failing);
     EXPECT_EQ(result.status, 1) << failing;
     EXPECT_EQ(result.output, "");

@@ -226,6 +226,12 @@ TEST_F(SigningIn, whatIsGrantedInVainIsWithdrawn) {
     EXPECT_EQ(revocations(), 1) << body;
     EXPECT_TRUE(formerUserIsStillThere());
   }
+  const std::string odd = R"("refresh_token":"1//x","expires_in":"3599","scope":["x"])";
+  server_.setOverride([&](Step asked, const auto&) {
+    return asked == Step::exchange ? std::optional("{" + answer + "," + odd + "}") : std::nullopt;
+  });
+  EXPECT_TRUE(signIn(follows()).error);
+  EXPECT_EQ(revocations(), 1);
   // An account that cannot be asked for now is no reason to refuse.
   server_.setOverride({});
   server_.setFaults({{Step::accounts, {Fault::Kind::status, 503}}});
@@ -303,10 +309,30 @@ TEST_F(SigningIn, endsWithoutAnAnswer) {
   EXPECT_TRUE(formerUserIsStillThere());
 }
 
+TEST_F(SigningIn, aCodeIsSentOnceAndNowhereElse) {
+  server_.setFaults({{Step::exchange, {Fault::Kind::redirectLoop, 0}}});
+  EXPECT_EQ(signIn(follows()).error->kind, Case::unreachable);
+  int exchanges = 0;
+  for (const auto& request : server_.takeRequests()) exchanges += request.target == "/token";
+  EXPECT_EQ(exchanges, 1);
+}
+
+TEST_F(SigningIn, nobodyIsJoinedToTheFormersAccount) {
+  const auto folder = defaultsFile().parent_path();
+  std::filesystem::remove_all(folder);
+  tests::writeFile(folder, "a file where the folder should be");
+  const auto outcome = signIn(follows());
+  ASSERT_TRUE(outcome.error);
+  EXPECT_EQ(outcome.error->kind, Case::stateNotWritable);
+  EXPECT_EQ(token(), "former token");
+  EXPECT_THROW(signOut(), SignInError);
+  EXPECT_EQ(token(), "former token");
+}
+
 TEST_F(SigningIn, aWebClientUsesItsOwnAddress) {
   auto web = server_.clientFile()["installed"];
   const int port = RedirectListener(0, "/", {}).port();  // free again
-  const auto uri = "http://localhost:" + std::to_string(port) + "/back";
+  const auto uri = "http://localhost:" + std::to_string(port) + "/b%20ck";
   web["redirect_uris"] = {"https://velmora.example/back", uri};
   writeClientFile(platform::Json{{"web", web}}.dump());
   std::string asked;
@@ -315,7 +341,7 @@ TEST_F(SigningIn, aWebClientUsesItsOwnAddress) {
     asked = url.query["redirect_uri"];
     httplib::Client listener("127.0.0.1", port);
     EXPECT_EQ(listener.Get("/?code=x&state=" + url.query["state"])->status, 404);
-    listener.Get("/back?error=access_denied&state=" + url.query["state"]);
+    listener.Get("/b%20ck?error=access_denied&state=" + url.query["state"]);
   };
   EXPECT_EQ(signIn(visit).error->kind, Case::denied);
   EXPECT_EQ(asked, uri);

@@ -165,7 +165,7 @@ HttpResponse follow(CURL* handle, HttpRequest request) {
         std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
     if (timeLeft.count() <= 0) throw TransportError("No answer from " + origin->host + " in time.");
     auto [response, redirect] = exchange(handle, request, *origin, timeLeft);
-    if (!redirect) return response;
+    if (!redirect || !request.followsRedirects) return response;
     request = redirected(std::move(request), *origin, *redirect, response.status);
   }
   throw TransportError("Too many redirects.");

@@ -22,6 +22,8 @@ struct HttpRequest {
   std::optional<std::string> body;
   /// For the whole exchange, redirects included.
   std::chrono::milliseconds timeout{60'000};
+  /// Without it, a redirect is an answer like any other.
+  bool followsRedirects = true;
 };
 
 struct HttpResponse {

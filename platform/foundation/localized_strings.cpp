@@ -18,9 +18,18 @@ using Catalog = boost::locale::message_format<char>;
 
 constexpr std::size_t largestCatalog = 4U << 20U;
 
-/// The catalogs of the user's languages, most preferred first; each locale owns one.
-std::vector<std::locale>& stringTables() {
-  static std::vector<std::locale> tables;
+struct StringTable {
+  std::string language;
+  std::locale locale;  ///< owns the catalog
+
+  [[nodiscard]] const char* find(const char* key) const {
+    return std::use_facet<Catalog>(locale).get(0, nullptr, key);
+  }
+};
+
+/// Those that were found for the user's languages, most preferred first.
+std::vector<StringTable>& stringTables() {
+  static std::vector<StringTable> tables;
   return tables;
 }
 
@@ -57,17 +66,23 @@ void loadStringTables() {
   stringTables().clear();
   for (const auto& language : stringTableLanguages()) {
     try {
-      stringTables().push_back(catalogLocale(language));
+      StringTable table{language, catalogLocale(language)};
+      // Every catalog has its header under the empty key.
+      if (table.find("") != nullptr) stringTables().push_back(std::move(table));
     } catch (const std::exception&) {
       // A damaged catalog is none: the next language's, or the keys, stand in.
     }
   }
 }
 
+std::string textLanguage() {
+  return stringTables().empty() ? "en" : stringTables().front().language;
+}
+
 std::string localizedString(const char* key) {
   if (*key == '\0') return "";  // a catalog has its header under this one
   for (const auto& table : stringTables()) {
-    if (const char* found = std::use_facet<Catalog>(table).get(0, nullptr, key)) return found;
+    if (const char* found = table.find(key)) return found;
   }
   return key;
 }

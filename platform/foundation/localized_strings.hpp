@@ -15,6 +15,9 @@ using FormatArgument = std::variant<std::int64_t, std::string>;
 /// after the languages have changed; before it, every text is its key.
 void loadStringTables();
 
+/// The language of the first table that was found, the language of most texts; "en" without one.
+std::string textLanguage();
+
 /// The text for a key in the program's string table for the user's language; the key itself
 /// without a translation.
 std::string localizedString(const char* key);

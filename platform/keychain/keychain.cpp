@@ -62,15 +62,14 @@ std::int32_t readiness(GCancellable* cancellable) {
   return status;
 }
 
-/// Removes the items of a service but for one, which may be null.
-std::int32_t removeItems(const std::vector<Object<SecretRetrievable>>& items, SecretItem* spared,
-                         GCancellable* cancellable) {
-  const auto path = [](gpointer item) {
-    return std::string(g_dbus_proxy_get_object_path(G_DBUS_PROXY(item)));
-  };
+std::string pathOf(gpointer item) { return g_dbus_proxy_get_object_path(G_DBUS_PROXY(item)); }
+
+/// Removes the items of a service but for locked ones and the one at that path, if any.
+std::int32_t removeItems(const std::vector<Object<SecretRetrievable>>& items,
+                         const std::string& spared, GCancellable* cancellable) {
   std::int32_t status = keychain_status::success;
   for (const auto& item : items) {
-    if (isLocked(item.get()) || (spared != nullptr && path(item.get()) == path(spared))) continue;
+    if (isLocked(item.get()) || pathOf(item.get()) == spared) continue;
     GError* failure = nullptr;
     secret_item_delete_sync(SECRET_ITEM(item.get()), cancellable, &failure);
     status = std::min(status, outcome(failure));  // every failure is below success
@@ -78,33 +77,39 @@ std::int32_t removeItems(const std::vector<Object<SecretRetrievable>>& items, Se
   return status;
 }
 
-std::int32_t storeInService(const KeychainKey& key, const std::string& label, SecretValue* value,
-                            GCancellable* cancellable) {
+/// The path of the new item is the result's data.
+KeychainLookup storeInService(const KeychainKey& key, const std::string& label, SecretValue* value,
+                              GCancellable* cancellable) {
   std::int32_t status = keychain_status::success;
   const auto service = secretService(cancellable, status);
-  if (!service) return status;
+  if (!service) return {status, std::nullopt};
   const auto collection = defaultCollection(service.get(), cancellable, status);
-  if (!collection) return status;
+  if (!collection) return {status, std::nullopt};
   GError* failure = nullptr;
   const Object<SecretItem> stored(secret_item_create_sync(
       collection.get(), genericSchema(), attributesOf(key).get(), label.c_str(), value,
       SECRET_ITEM_CREATE_REPLACE, cancellable, &failure));
   status = outcome(failure);
-  if (!stored) return status;
-  const auto items = searchItems(key, cancellable, status);
-  return status == keychain_status::success ? removeItems(items, stored.get(), cancellable)
-                                            : status;
+  if (!stored) return {status, std::nullopt};
+  return {status, pathOf(stored.get())};
 }
 
-std::int32_t store(const KeychainKey& key, const std::string& label, const std::string& data,
-                   GCancellable* cancellable) {
+KeychainLookup store(const KeychainKey& key, const std::string& label, const std::string& data,
+                     GCancellable* cancellable) {
   const Value value(secret_value_new(data.data(), static_cast<gssize>(data.size()), "text/plain"));
   if (!usesFileStore()) return storeInService(key, label, value.get(), cancellable);
   // The file store keeps one item for the same attributes.
   GError* failure = nullptr;
   secret_password_storev_binary_sync(genericSchema(), attributesOf(key).get(), nullptr,
                                      label.c_str(), value.get(), cancellable, &failure);
-  return outcome(failure);
+  return {outcome(failure), std::nullopt};
+}
+
+std::int32_t removeOthers(const KeychainKey& key, const std::string& spared,
+                          GCancellable* cancellable) {
+  std::int32_t status = keychain_status::success;
+  const auto items = searchItems(key, cancellable, status);
+  return status == keychain_status::success ? removeItems(items, spared, cancellable) : status;
 }
 
 std::int32_t remove(const KeychainKey& key, GCancellable* cancellable) {
@@ -114,7 +119,7 @@ std::int32_t remove(const KeychainKey& key, GCancellable* cancellable) {
   if (items.empty()) return keychain_status::itemNotFound;
   if (std::any_of(items.begin(), items.end(), [](const auto& i) { return isLocked(i.get()); }))
     return keychain_status::interactionNotAllowed;
-  if (SECRET_IS_ITEM(items.front().get())) return removeItems(items, nullptr, cancellable);
+  if (SECRET_IS_ITEM(items.front().get())) return removeItems(items, "", cancellable);
   GError* failure = nullptr;
   secret_password_clearv_sync(genericSchema(), attributesOf(key).get(), cancellable, &failure);
   return outcome(failure);
@@ -146,11 +151,17 @@ std::int32_t keychainReadiness() {
 std::int32_t storeGenericPassword(const KeychainKey& key, const std::string& label,
                                   const std::string& data) {
   silenceLibraries();
-  return withinDeadline(withStatusAlone([key, label, data](GCancellable* cancellable) {
-                          return store(key, label, data, cancellable);
-                        }),
-                        deadline)
-      .status;
+  const auto stored = withinDeadline(
+      [key, label, data](GCancellable* cancellable) {
+        return store(key, label, data, cancellable);
+      },
+      deadline);
+  if (stored.data)
+    withinDeadline(withStatusAlone([key, path = *stored.data](GCancellable* cancellable) {
+                     return removeOthers(key, path, cancellable);
+                   }),
+                   deadline);
+  return stored.status;
 }
 
 std::int32_t removeGenericPassword(const KeychainKey& key) {

@@ -56,7 +56,8 @@ std::int32_t keychainReadiness();
 
 /// Stores an item in the default keychain and then removes every other item of the same key,
 /// whoever stored it, as far as it is not locked. `label` is what the user's keyring program
-/// shows. On a failure the former items are still there.
+/// shows. The status is that of the storing; on a failure the former items are still there, but
+/// after `timedOut` the keychain may still come to store this one.
 std::int32_t storeGenericPassword(const KeychainKey& key, const std::string& label,
                                   const std::string& data);
 
