@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "platform/foundation/formatting.hpp"
+#include "platform/foundation/languages.hpp"
 #include "platform/foundation/localized_strings.hpp"
 
 // The widget's menu. Shows it at a place on the screen, prints what was chosen on one line
@@ -31,6 +33,13 @@ struct Menu {
   GtkWidget* window = nullptr;  // on Wayland
   std::string chosen;
 };
+
+/// As the widget's own picture is laid out.
+bool readsRightToLeft() {
+  const auto languages = platform::preferredLanguages();
+  return platform::isRightToLeft(languages.empty() ? platform::currentLocaleIdentifier()
+                                                   : languages.front());
+}
 
 gboolean leave(gpointer) {
   gtk_main_quit();
@@ -181,6 +190,7 @@ int main(int argumentCount, char** arguments) {
     g_printerr("velmora-desktop-menu: no display can be opened\n");
     return 1;
   }
+  if (readsRightToLeft()) gtk_widget_set_default_direction(GTK_TEXT_DIR_RTL);
   platform::loadStringTables();
   show(menu);
   gtk_main();

@@ -21,9 +21,14 @@ const wl_seat_listener WaylandInput::seatListener{
     .name = [](void*, wl_seat*, const char*) {}};
 
 const wl_pointer_listener WaylandInput::pointerListener{
-    .enter = [](void* data, wl_pointer*, std::uint32_t, wl_surface*, wl_fixed_t x,
-                wl_fixed_t y) { self(data).place_ = placeOf(x, y); },
-    .leave = [](void*, wl_pointer*, std::uint32_t, wl_surface*) {},
+    .enter =
+        [](void* data, wl_pointer* pointer, std::uint32_t serial, wl_surface*, wl_fixed_t x,
+           wl_fixed_t y) {
+          self(data).place_ = placeOf(x, y);
+          self(data).cursor_.emplace(self(data).display_, pointer, serial);
+        },
+    .leave = [](void* data, wl_pointer*, std::uint32_t,
+                wl_surface*) { self(data).cursor_.reset(); },
     .motion =
         [](void* data, wl_pointer*, std::uint32_t, wl_fixed_t x, wl_fixed_t y) {
           self(data).place_ = placeOf(x, y);
@@ -56,8 +61,9 @@ const wl_keyboard_listener WaylandInput::keyboardListener{
                     std::uint32_t) { self(data).isShifted_ = (depressed & 1U) != 0; },
     .repeat_info = [](void*, wl_keyboard*, std::int32_t, std::int32_t) {}};
 
-WaylandInput::WaylandInput(WaylandOwned<wl_seat> seat, InputEvents events)
-    : seat_(std::move(seat)), events_(std::move(events)) {
+WaylandInput::WaylandInput(const WaylandDisplay& display, WaylandOwned<wl_seat> seat,
+                           InputEvents events)
+    : display_(display), seat_(std::move(seat)), events_(std::move(events)) {
   wl_seat_add_listener(seat_.get(), &seatListener, this);
 }
 

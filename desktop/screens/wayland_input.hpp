@@ -2,8 +2,9 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 
-#include "desktop/screens/wayland_handles.hpp"
+#include "desktop/screens/wayland_cursor.hpp"
 
 namespace desktop {
 
@@ -26,7 +27,7 @@ struct InputEvents {
 /// Pointer and keyboard of a seat, as they come and go.
 class WaylandInput {
  public:
-  WaylandInput(WaylandOwned<wl_seat> seat, InputEvents events);
+  WaylandInput(const WaylandDisplay& display, WaylandOwned<wl_seat> seat, InputEvents events);
   WaylandInput(const WaylandInput&) = delete;
   WaylandInput& operator=(const WaylandInput&) = delete;
 
@@ -38,10 +39,12 @@ class WaylandInput {
   void press(std::uint32_t button, bool down);
   void type(std::uint32_t key);
 
+  const WaylandDisplay& display_;
   WaylandOwned<wl_seat> seat_;
   InputEvents events_;
   WaylandOwned<wl_pointer> pointer_;
   WaylandOwned<wl_keyboard> keyboard_;
+  std::optional<WaylandCursor> cursor_;  // while the pointer is on the widget
   PointerPlace place_;
   bool isShifted_ = false;
 };

@@ -61,7 +61,7 @@ WaylandScreen::WaylandScreen(std::unique_ptr<WaylandDisplay> display, ScreenEven
                              const Placement& placement)
     : display_(std::move(display)), events_(std::move(events)), placement_(placement) {
   if (auto seat = display_->bindSeat())
-    input_ = std::make_unique<WaylandInput>(std::move(seat), inputEvents());
+    input_ = std::make_unique<WaylandInput>(*display_, std::move(seat), inputEvents());
   display_->outputsChanged = [this] { outputsChanged_ = true; };
   followOutputs();
   source_ = std::make_unique<EventSource>(

@@ -68,7 +68,7 @@ locked() {
 /usr/bin/python3 "$(dirname "$0")/keyring.py" >"$work/keyring.log" 2>&1 &
 keyring=$!
 children+=("$keyring")
-eventually grep -q ready "$work/keyring.log" # before anybody starts another one by asking
+eventually grep -qs ready "$work/keyring.log" # before anybody starts another one by asking
 check "the keyring is locked" locked true
 start_host --widget "$work/counting"
 eventually asked 1
