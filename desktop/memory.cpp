@@ -6,7 +6,8 @@
 
 #include <cstdint>
 
-// Where the linker puts the code: nothing between them is ever written.
+// Where the linker puts the code, by the names that it gives: nothing between them is ever written.
+// NOLINTNEXTLINE(bugprone-reserved-identifier)
 extern "C" char __executable_start;
 extern "C" char etext;
 

@@ -30,7 +30,7 @@ bool hasSize(std::string_view png, Extent size) {
 cairo_status_t readBytes(void* closure, unsigned char* bytes, unsigned count) {
   auto& rest = *static_cast<std::string_view*>(closure);
   if (rest.size() < count) return CAIRO_STATUS_READ_ERROR;
-  std::copy_n(rest.data(), count, bytes);
+  std::copy_n(rest.begin(), count, bytes);
   rest.remove_prefix(count);
   return CAIRO_STATUS_SUCCESS;
 }

@@ -78,7 +78,7 @@ check "and goes back when it goes" eventually shows "$work/small.png" 24 24
 picom --backend xrender >/dev/null 2>&1 &
 picom=$!
 children+=("$picom")
-depth() { local id && id=$(window) && [ -n "$id" ] && xwininfo -id "$id" | grep -q "Depth: $1"; }
+depth() { local id && id=$(window) && [ -n "$id" ] && xwininfo -id "$id" 2>/dev/null | grep -q "Depth: $1"; }
 check "a compositor makes it transparent" eventually depth 32
 kill "$picom"
 check "without one it is cut again" eventually depth 24
