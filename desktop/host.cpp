@@ -181,6 +181,7 @@ void Host::ended(const Question& question, RunResult result) {
   } else if (!result.answer) {
     fail(question, result.failure);
   } else if (question.look == wanted()) {
+    if (question.timeline) snapshot_.end();  // which is older
     screen_->show(result.picture, question.look);
     reader_.say(result.answer->phrases);
     lastFailure_.reset();

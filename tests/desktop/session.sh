@@ -37,7 +37,8 @@ eventually() {
 own_surroundings() {
   export HOME=$work XDG_CONFIG_HOME=$work/config XDG_STATE_HOME=$work/state LANGUAGE=en_US
   export SECRET_BACKEND=file SECRET_FILE_TEST_PATH=$work/keyring SECRET_FILE_TEST_PASSWORD=x
-  export ASAN_OPTIONS=detect_leaks=0
+  export ASAN_OPTIONS=detect_leaks=0 TMPDIR=$work/tmp
+  mkdir "$TMPDIR"
   unset DBUS_SESSION_BUS_ADDRESS
   dbus-daemon --session --nofork --print-address=1 >"$work/bus" 2>/dev/null &
   children+=($!)
@@ -71,7 +72,7 @@ stop_host() { # signal
   status=$?
 }
 
-no_child_left() { ! pgrep -f "^$work/|velmora-widget (snapshot|timeline)" >/dev/null; }
+no_child_left() { ! pgrep -f "$work/[a-zA-Z/-]+ (snapshot|timeline) " >/dev/null; }
 
 # Whether the screen shows a picture at a place in points. The rounded corners are left out.
 shows() { # picture x y
