@@ -193,6 +193,16 @@ void MainWindow::update() {
   enableAction("choose-file", page == Page::welcome);
   enableAction("cancel", page == Page::signingIn);
   gtk_stack_set_visible_child_name(stack_, nameOf(page));
+  hideOthers();
+}
+
+/// Screen readers would read the pages that are not shown as well.
+void MainWindow::hideOthers() {
+  GtkWidget* shown = gtk_stack_get_visible_child(stack_);
+  for (auto* page = gtk_widget_get_first_child(GTK_WIDGET(stack_)); page != nullptr;
+       page = gtk_widget_get_next_sibling(page))
+    gtk_accessible_update_state(GTK_ACCESSIBLE(page), GTK_ACCESSIBLE_STATE_HIDDEN, page != shown,
+                                -1);
 }
 
 }  // namespace companion::window

@@ -32,6 +32,7 @@ class MainWindow {
   void update();
   void makePage(Page page);
   void makeOverview();
+  void hideOthers();
   void say(const std::string& message);
   void prepareToClose();
   void leave();

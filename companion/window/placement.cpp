@@ -51,18 +51,19 @@ Placement loadPlacement() {
 }
 
 std::vector<std::string> optionsFor(const Placement& placement) {
-  std::vector<std::string> options{"--family=" + placement.family,
-                                   "--monitor=" + placement.monitor};
-  if (!placement.isMoved) options.push_back("--corner=" + placement.corner);
+  std::vector<std::string> options{"--family", placement.family, "--monitor", placement.monitor};
+  if (!placement.isMoved) options.insert(options.end(), {"--corner", placement.corner});
   return options;
 }
 
 std::vector<std::string> optionsFor(const Placement& placement, const Placement& before) {
   std::vector<std::string> options;
-  if (placement.family != before.family) options.push_back("--family=" + placement.family);
-  if (placement.monitor != before.monitor) options.push_back("--monitor=" + placement.monitor);
+  if (placement.family != before.family)
+    options.insert(options.end(), {"--family", placement.family});
+  if (placement.monitor != before.monitor)
+    options.insert(options.end(), {"--monitor", placement.monitor});
   if (!placement.isMoved && (placement.corner != before.corner || before.isMoved))
-    options.push_back("--corner=" + placement.corner);
+    options.insert(options.end(), {"--corner", placement.corner});
   return options;
 }
 

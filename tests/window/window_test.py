@@ -33,7 +33,8 @@ def check(what, condition, seconds=8):
     while not (seen := condition()) and time.time() < end:
         time.sleep(0.05)
     print('ok  ' if seen else 'FAIL', what, flush=True)
-    if not seen and 'SHOTS' in os.environ: subprocess.run(['import','-silent','-window','root',os.environ['SHOTS']+'/fail-'+what.replace(' ','_').replace('/','')+'.png'])
+    if not seen and 'SHOTS' in os.environ:
+        run('import', '-window', 'root', os.environ['SHOTS'] + '/' + what.replace(' ', '_') + '.png')
     failures += 0 if seen else 1
     return seen
 
@@ -63,7 +64,8 @@ def state(node, flag):
 def find(name, role=None):
     for node in controls():
         try:
-            if node.get_name() == name and role in (None, node.get_role_name()):
+            # A dialog's buttons have their names twice, first with the mnemonic.
+            if node.get_name().endswith(name) and role in (None, node.get_role_name()):
                 return node
         except Exception:
             pass
@@ -83,7 +85,7 @@ def press(key, role='push button'):
     button = check('there is ' + key, lambda: (node := find(name, role)) and
                    state(node, Atspi.StateType.SENSITIVE) and node)
     if button:
-        button.get_action_iface().do_action(0)
+        button.do_action(0)
 
 
 def run(*command):
@@ -139,15 +141,6 @@ def close(window):
     ends('closing the window ends it', window)
 
 
-def choose_file(file):
-    keys('ctrl+o')
-    check('the file chooser opens', lambda: find(tr('Choose a client file')))
-    time.sleep(0.5)
-    keys('ctrl+l')
-    subprocess.run(['xdotool', 'type', '--delay', '20', file])
-    keys('Return')
-
-
 def place(title, x, y):
     def found():
         return run('xdotool', 'search', '--onlyvisible', '--name', '^' + title + '$')
@@ -198,32 +191,178 @@ def sign_in(sandbox):
 
 def change_goal():
     goal = check('there is a goal', lambda: find(tr('For each day'), 'spin button'))
-    goal.get_value_iface().set_current_value(23.5)
+    goal.set_current_value(23.5)
     check('a goal is stored', lambda: '"daily":23.5' in stored('objectives'))
 
 
-def choose(row, value):
-    """Opens a list to choose from and presses one of its lines."""
-    combo = check('there is ' + row, lambda: find(tr(row), 'combo box'))
-    combo.get_component_iface().grab_focus()
+def focus(key, role):
+    """Goes to a control by keyboard alone."""
+    def is_there():
+        node = find(tr(key), role)
+        return node and state(node, Atspi.StateType.FOCUSED)
+    for _attempt in range(60):
+        if is_there():
+            return True
+        keys('Tab')
+    return check('the keyboard leads to ' + key, is_there, 0)
+
+
+def placement():
+    return json.loads(text_of(work + '/config/velmora-desktop/placement.json') or '{}')
+
+
+def host_runs():
+    return run('gdbus', 'call', '--session', '--dest', 'org.freedesktop.DBus', '--object-path', '/',
+               '--method', 'org.freedesktop.DBus.NameHasOwner',
+               'com.brenvik.velmora.Desktop') == '(true,)'
+
+
+def use_the_desktop():
+    autostart = work + '/config/autostart/velmora-desktop.desktop'
+    press('Show the widget', 'check box')
+    check('the widget is started', host_runs)
+    check('and at each login', lambda: 'TryExec=' in text_of(autostart))
+    focus('Size', 'combo box')
     keys('space')
     time.sleep(0.5)
-    for node in controls():
-        if node.get_name() == tr(value): print(node.get_role_name(), node.get_parent().get_role_name(), node.get_n_actions())
     keys('Down', 'Return')
+    check('a size is taken at once', lambda: placement().get('family') == 'medium')
+    check('and nothing else', lambda: placement()['corner'] == 'top-right' and
+          not placement()['monitor'], 0)
+    run(root + '/bin/velmora-desktop', '--family=large')
+    check('a choice made elsewhere is shown', shows(tr('Large')))
+    press('Show the widget', 'check box')
+    check('the widget is ended', lambda: not host_runs())
+    check('for good', lambda: not os.path.exists(autostart))
+
+
+def fail_and_sign_out(sandbox):
+    sandbox.process.send_signal(signal.SIGSTOP)
+    press('_Refresh Now')
+    check('a refresh that fails says so', shows(tr('The figures could not be refreshed')), 40)
+    sandbox.process.send_signal(signal.SIGCONT)
+    press('_Try Again')
+    check('one that works takes it back', lacks(tr('The figures could not be refreshed')))
+    press('Sign _Out…')
+    press('Sign _Out')
+    check('the first page is back', lambda: find(tr('_Sign In'), 'push button'))
+    check('the token is gone', lambda: not stored('google.refresh_token'))
+    check('the goals are not', lambda: stored('objectives'))
+    check('the figures are gone', lambda: '"snapshot":null' in run(programs + '/velmora', 'status'))
+
+
+def cancel():
+    """The browser is opened and never answers."""
+    open(work + '/absent', 'w').close()
+    window = start()
+    press('_Sign In')
+    press('Copy _Address')
+    check('the address can be copied', shows(tr('The address is copied.')))
+    press('_Cancel')
+    check('it is cancelled at once', lambda: find(tr('_Sign In'), 'push button'), 2)
+    press('_Sign In')
+    check('it waits again', lambda: find(tr('_Cancel'), 'push button'))
+    close(window)
+    os.remove(work + '/absent')
+    check('nothing was stored', lambda: not stored('google.refresh_token'), 0)
+
+
+def by_keyboard(sandbox):
+    """The whole way without a pointer."""
+    os.remove(work + '/data/velmora-widget/client_secret.json')
+    window = start()
+    check('the first page is shown', lambda: find(tr('_Sign In'), 'push button'))
+    keys('ctrl+o')
+    check('the file chooser opens', shows(tr('Choose a client file')))
+    time.sleep(0.5)
+    keys('ctrl+l')
+    subprocess.run(['xdotool', 'type', '--delay', '20', sandbox.client_file()])
+    keys('Return')
+    check('the file is taken', shows(sandbox.address['clientID']))
+    focus('_Sign In', 'push button')
+    keys('Return')
+    check('the overview is shown', lambda: find(tr('Sign _Out…'), 'push button'))
+    focus('For each month', 'spin button')
+    keys('ctrl+a')
+    subprocess.run(['xdotool', 'type', '--delay', '30', '777'])
+    keys('Return')
+    check('a goal is stored', lambda: '"monthly":777' in stored('objectives'))
+    keys('ctrl+question')
+    check('the shortcuts are shown', shows(tr('Cancel the sign-in')))
+    keys('Escape')
+    focus('Sign _Out…', 'push button')
+    keys('Return')
+    check('it asks once more', shows(tr('Sign Out?')))
+    keys('Escape')
+    close(window)
+    check('and nobody was signed out', lambda: stored('google.refresh_token'), 0)
+
+
+def without_programs():
+    """The host away, the widget program hanging."""
+    os.rename(root + '/bin/velmora-desktop', root + '/bin/away')
+    os.remove(root + '/bin/velmora-widget')
+    with open(root + '/bin/velmora-widget', 'w') as program:
+        print('#!/bin/sh\necho $$ >>$WORK/hanging\nexec sleep 1000', file=program)
+    os.chmod(root + '/bin/velmora-widget', 0o755)
+    window = start()
+    check('a missing host is said', shows(tr('The program velmora-desktop is not installed.')))
+    check('a widget program hangs', lambda: text_of(work + '/hanging'))
+    find(tr('For each day'), 'spin button').set_current_value(31)
+    check('the window goes on', lambda: '"daily":31' in stored('objectives'))
+    ends('a second start only brings it to the front', start())
+    close(window)
+    check('the hanging programs are taken along', lambda: not any(
+        os.path.exists('/proc/' + process) for process in text_of(work + '/hanging').split()))
+
+
+def locked_keyring():
+    """A real keyring, which the user is asked to unlock."""
+    lock = ['--session', '--dest', 'org.freedesktop.secrets', '--object-path',
+            '/org/freedesktop/secrets', '--method', 'org.freedesktop.Secret.Service.Lock']
+    del os.environ['SECRET_BACKEND']
+    daemon = subprocess.Popen(['gnome-keyring-daemon', '--foreground', '--unlock',
+                               '--components=secrets'], stdin=subprocess.PIPE,
+                              stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    atexit.register(daemon.kill)
+    daemon.stdin.write(b'password')
+    daemon.stdin.close()
+    token = ['service', 'com.brenvik.velmora', 'account', 'google.refresh_token', 'access-group',
+             'Q7M2K9D4XW.com.brenvik.velmora.shared']
+    check('there is a keyring', lambda: subprocess.run(
+        ['secret-tool', 'store', '--label=Velmora', *token], input='token', text=True,
+        capture_output=True).returncode == 0)
+    run('gdbus', 'call', *lock, "['/org/freedesktop/secrets/aliases/default']")
+    window = start()
+    press('_Unlock…')
+    prompt = lambda: run('xdotool', 'search', '--onlyvisible', '--class', 'gcr-prompter')
+    check('the user is asked', prompt)
+    time.sleep(0.5)
+    keys('Escape')
+    check('saying no leaves it locked', lambda: not prompt() and find(tr('_Unlock…')))
+    press('_Unlock…')
+    check('the user is asked again', prompt)
+    time.sleep(0.5)
+    subprocess.run(['xdotool', 'type', '--delay', '30', 'password'])
+    keys('Return')
+    check('unlocked, it goes on', lambda: find(tr('Sign _Out…'), 'push button'))
+    close(window)
 
 
 def main():
+    os.environ['VELMORA_TEST_TIMEOUT_MS'] = '3000'
     sandbox = Sandbox('--consent', 'allow')
     window = first_start()
     dropped('the right one is taken', sandbox.client_file(), shows(sandbox.address['clientID']))
     sign_in(sandbox)
     change_goal()
-    choose('Size', 'Medium')
-    if 'SHOTS' in os.environ: subprocess.run(['import','-silent','-window','root',os.environ['SHOTS']+'/size.png'])
-    for node in controls(): print(node.get_role_name(), repr(node.get_name()))
+    use_the_desktop()
+    fail_and_sign_out(sandbox)
     close(window)
-    sandbox.process.kill()
+    cancel()
+    by_keyboard(sandbox)
+    without_programs()
+    locked_keyring()
 
 
 main()

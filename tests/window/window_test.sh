@@ -6,9 +6,10 @@ window=$2 widget=$3
 export LANGUAGE=$4
 here=$(dirname "$0")
 . "$here/../desktop/session.sh"
+. "$here/../desktop/screens.sh"
 language=$LANGUAGE
 own_surroundings
-start_x11
+start_openbox
 export LANGUAGE=$language XDG_DATA_HOME=$work/data XDG_RUNTIME_DIR=$work/run WORK=$work BIN
 mkdir -m 700 "$XDG_RUNTIME_DIR"
 
@@ -16,7 +17,7 @@ mkdir -m 700 "$XDG_RUNTIME_DIR"
 mkdir -p "$work/root/bin" "$work/root/libexec/velmora" "$work/root/share/velmora-widget"
 cp "$window" "$work/root/libexec/velmora/velmora-window"
 ln -s "$BIN/../share/velmora-widget/locale" "$work/root/share/velmora-widget/locale"
-cp "$here/host.py" "$work/root/bin/velmora-desktop"
+cp "$BIN/velmora-desktop" "$work/root/bin"
 ln -s "$widget" "$work/root/bin/velmora-widget"
 
 # The user's browser, who presses Allow as soon as the sandbox asks.
