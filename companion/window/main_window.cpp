@@ -192,8 +192,10 @@ void MainWindow::update() {
   enableAction("refresh", page == Page::overview && !state.isRefreshing);
   enableAction("choose-file", page == Page::welcome);
   enableAction("cancel", page == Page::signingIn);
+  const bool isOther = g_strcmp0(gtk_stack_get_visible_child_name(stack_), nameOf(page)) != 0;
   gtk_stack_set_visible_child_name(stack_, nameOf(page));
   hideOthers();
+  if (isOther) gtk_widget_child_focus(gtk_stack_get_visible_child(stack_), GTK_DIR_TAB_FORWARD);
 }
 
 /// Screen readers would read the pages that are not shown as well.

@@ -211,16 +211,15 @@ def placement():
     return json.loads(text_of(work + '/config/velmora-desktop/placement.json') or '{}')
 
 
-def host_runs():
+def on_bus(name='com.brenvik.velmora.Desktop'):
     return run('gdbus', 'call', '--session', '--dest', 'org.freedesktop.DBus', '--object-path', '/',
-               '--method', 'org.freedesktop.DBus.NameHasOwner',
-               'com.brenvik.velmora.Desktop') == '(true,)'
+               '--method', 'org.freedesktop.DBus.NameHasOwner', name) == '(true,)'
 
 
 def use_the_desktop():
     autostart = work + '/config/autostart/velmora-desktop.desktop'
     press('Show the widget', 'check box')
-    check('the widget is started', host_runs)
+    check('the widget is started', on_bus)
     check('and at each login', lambda: 'TryExec=' in text_of(autostart))
     focus('Size', 'combo box')
     keys('space')
@@ -232,7 +231,7 @@ def use_the_desktop():
     run(root + '/bin/velmora-desktop', '--family=large')
     check('a choice made elsewhere is shown', shows(tr('Large')))
     press('Show the widget', 'check box')
-    check('the widget is ended', lambda: not host_runs())
+    check('the widget is ended', lambda: not on_bus())
     check('for good', lambda: not os.path.exists(autostart))
 
 
@@ -316,6 +315,20 @@ def without_programs():
         os.path.exists('/proc/' + process) for process in text_of(work + '/hanging').split()))
 
 
+def asks_for_keyring(*answer):
+    prompter = subprocess.Popen(['/usr/libexec/gcr-prompter'], stderr=subprocess.DEVNULL)
+    atexit.register(prompter.kill)
+    check('there is a prompter', lambda: on_bus('org.gnome.keyring.SystemPrompter'))
+    press('_Unlock…')
+
+    def asked():
+        return run('xdotool', 'search', '--onlyvisible', '--class', 'prompter')
+    check('the user is asked', asked)
+    time.sleep(0.5)
+    keys(*answer)
+    check('the prompt goes', lambda: not asked())
+
+
 def locked_keyring():
     """A real keyring, which the user is asked to unlock."""
     lock = ['--session', '--dest', 'org.freedesktop.secrets', '--object-path',
@@ -329,22 +342,15 @@ def locked_keyring():
     daemon.stdin.close()
     token = ['service', 'com.brenvik.velmora', 'account', 'google.refresh_token', 'access-group',
              'Q7M2K9D4XW.com.brenvik.velmora.shared']
-    check('there is a keyring', lambda: subprocess.run(
+    check('there is a keyring', lambda: on_bus('org.freedesktop.secrets'))
+    check('... with a token', lambda: subprocess.run(
         ['secret-tool', 'store', '--label=Velmora', *token], input='token', text=True,
         capture_output=True).returncode == 0)
     run('gdbus', 'call', *lock, "['/org/freedesktop/secrets/aliases/default']")
     window = start()
-    press('_Unlock…')
-    prompt = lambda: run('xdotool', 'search', '--onlyvisible', '--class', 'gcr-prompter')
-    check('the user is asked', prompt)
-    time.sleep(0.5)
-    keys('Escape')
-    check('saying no leaves it locked', lambda: not prompt() and find(tr('_Unlock…')))
-    press('_Unlock…')
-    check('the user is asked again', prompt)
-    time.sleep(0.5)
-    subprocess.run(['xdotool', 'type', '--delay', '30', 'password'])
-    keys('Return')
+    asks_for_keyring('Escape')
+    check('saying no leaves it locked', lambda: find(tr('_Unlock…')), 0)
+    asks_for_keyring(*'password', 'Return')
     check('unlocked, it goes on', lambda: find(tr('Sign _Out…'), 'push button'))
     close(window)
 
