@@ -13,7 +13,7 @@ own_programs
 ip link set lo up
 start_openbox
 widget_picture small 1 "$work/small.png"
-export XDG_RUNTIME_DIR=$work/run TMPDIR=$work/tmp
+export XDG_RUNTIME_DIR=$work/run TMPDIR=$work/gone
 touch "$work/asked"
 stand_in counting '[ "$1" = timeline ] && date +%s >>"$work/asked"; exec "$real" "$@"'
 asked() { test "$(wc -l <"$work/asked")" = "$1"; }
