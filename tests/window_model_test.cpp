@@ -38,7 +38,8 @@ TEST_F(WindowModel, measuresGoals) {
   EXPECT_EQ(progressText(30, 15, "JPY"), "¥30 so far, 200 % of the goal");
   EXPECT_EQ(progressText(5, 0, "EUR"), "€5.00 so far, 0 % of the goal");
   EXPECT_DOUBLE_EQ(shareOf(3, 4), 0.75);
-  for (const double goal : {0.0, -1.0, std::nan(""), HUGE_VAL}) EXPECT_DOUBLE_EQ(shareOf(3, goal), 0);
+  for (const double goal : {0.0, -1.0, std::nan(""), HUGE_VAL})
+    EXPECT_DOUBLE_EQ(shareOf(3, goal), 0);
   EXPECT_DOUBLE_EQ(shareOf(9, 4), 1);
   EXPECT_DOUBLE_EQ(shareOf(-9, 4), 0);
 }
@@ -101,9 +102,8 @@ TEST_F(WindowModel, readsAndChangesThePlacement) {
       << "what was dragged stays there";
   wanted.isMoved = false;
   wanted.monitor = "";
-  EXPECT_THAT(
-      optionsFor(wanted, kept),
-      testing::ElementsAre("--family", "small", "--monitor", "", "--corner", "top-right"));
+  EXPECT_THAT(optionsFor(wanted, kept),
+              testing::ElementsAre("--family", "small", "--monitor", "", "--corner", "top-right"));
 }
 
 TEST_F(WindowModel, readsAmountsAsTheyAreTyped) {
