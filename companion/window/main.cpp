@@ -9,6 +9,7 @@
 #include "companion/window/session.hpp"
 #include "companion/window/shortcuts.hpp"
 #include "platform/foundation/localized_strings.hpp"
+#include "platform/foundation/standard_streams.hpp"
 
 namespace {
 
@@ -49,13 +50,18 @@ gboolean endOnSignal(gpointer data) {
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
+  platform::occupyStandardStreams();
   platform::loadStringTables();
+  g_set_prgname(identifier);
+  g_set_application_name("Velmora");
+  if (gtk_init_check() == FALSE) {
+    g_printerr("velmora: no display can be opened; see \"velmora --help\" for the terminal\n");
+    return 1;
+  }
   Program program;
   // Lists and labels need no graphics driver: without one the program takes half the memory.
   program.choosesRenderer = g_getenv(rendererVariable) == nullptr;
   if (program.choosesRenderer) g_setenv(rendererVariable, "cairo", TRUE);
-  g_set_prgname(identifier);
-  g_set_application_name("Velmora");
   auto* application = adw_application_new(identifier, static_cast<GApplicationFlags>(0));
   g_signal_connect(application, "startup", G_CALLBACK(startUp), nullptr);
   g_signal_connect(application, "activate", G_CALLBACK(activate), &program);

@@ -3,6 +3,7 @@
 #include <unistd.h>
 #include <wayland-client.h>
 
+#include <cstdint>
 #include <cstring>
 #include <iostream>
 #include <map>
