@@ -43,7 +43,7 @@ void saveWindowSize(const WindowSize& size) {
   try {
     platform::writePrivateFile(*folder / fileName, platform::encodeJson(object));
   } catch (const platform::FileError&) {
-    // The next window has the size of the one before.
+    return;  // the next window has the size of the one before
   }
 }
 

@@ -59,7 +59,7 @@ std::optional<Resource> findResource(const std::string& fileName) {
     try {
       return Resource{folder / fileName, readRegularFile(folder / fileName, largestResource)};
     } catch (const FileError&) {
-      // The next folder stands in.
+      continue;  // the next folder stands in
     }
   }
   return std::nullopt;

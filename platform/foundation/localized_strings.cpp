@@ -70,7 +70,7 @@ void loadStringTables() {
       // Every catalog has its header under the empty key.
       if (table.find("") != nullptr) stringTables().push_back(std::move(table));
     } catch (const std::exception&) {
-      // A damaged catalog is none: the next language's, or the keys, stand in.
+      continue;  // a damaged catalog is none: the next language's, or the keys, stand in
     }
   }
 }

@@ -6,6 +6,7 @@ BIN=$1
 . "$(dirname "$0")/screens.sh"
 own_surroundings
 own_programs
+only_on_debian_12 "nested outputs have been tried with the sway of Debian 12 alone"
 start_sway 1 1024 768 'for_window [app_id=wlroots] floating enable, border none'
 outer=$WAYLAND_DISPLAY outer_socket=$SWAYSOCK
 printf 'output * bg #224466 solid_color\n' >"$work/inner"

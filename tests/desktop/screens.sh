@@ -63,6 +63,7 @@ no_cursor() {
 }
 
 start_sway() { # scale, width and height in device pixels, more lines of configuration
+  case $1 in *.*) only_on_debian_12 "fractions have been tried with the sway of Debian 12 alone" ;; esac
   scale=$1
   screenshot() { grim "$1"; }
   own_runtime_folder
@@ -83,6 +84,7 @@ start_sway() { # scale, width and height in device pixels, more lines of configu
 # A copy of the program has no file capabilities, which a container refuses. It keeps its name, by
 # which it knows itself.
 start_kwin() {
+  only_on_debian_12 "screenshots have been tried with the KWin of Debian 12 alone"
   scale=1.5
   screenshot() { /usr/bin/python3 "$(dirname "$0")/kwin_screenshot.py" "$1" 2>/dev/null; }
   own_runtime_folder
