@@ -11,7 +11,6 @@ namespace companion {
 
 namespace {
 
-using platform::localizedFormat;
 using platform::localizedString;
 
 constexpr const char* style = R"(
