@@ -1,6 +1,9 @@
 #include "companion/window/child.hpp"
 
+#include <sys/prctl.h>
 #include <unistd.h>
+
+#include <csignal>
 
 #include "companion/beside.hpp"
 
@@ -51,6 +54,9 @@ struct Child::Run {
 Child::Child(const std::vector<std::string>& command, std::chrono::seconds deadline, Ended done)
     : run_(std::make_shared<Run>()) {
   const Launcher launcher(g_subprocess_launcher_new(quiet));
+  // GLib sends signals from a thread of its own, which may not come to it before this program ends.
+  g_subprocess_launcher_set_child_setup(
+      launcher.get(), [](gpointer) { prctl(PR_SET_PDEATHSIG, SIGKILL); }, nullptr, nullptr);
   run_->done = std::move(done);
   run_->process.reset(spawn(launcher.get(), command));
   const auto finish = [run = run_](bool well) {

@@ -12,8 +12,8 @@
 
 namespace companion::window {
 
-/// A program of ours that is to do one thing and end. It is killed at its deadline, and when this
-/// goes; its output is not read.
+/// A program of ours that is to do one thing and end. It is killed at its deadline, when this
+/// goes and when the program ends; its output is not read.
 class Child {
  public:
   /// `done` is called from the main loop, once, with whether the program ended with status 0; not
