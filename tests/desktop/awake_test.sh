@@ -3,11 +3,12 @@
 # for its pictures is there again; and that nothing wakes it otherwise. On X11, in a network of its
 # own. Argument: the folder of the built programs.
 if [ -z "${OWN_NETWORK:-}" ]; then
-  unshare --net --map-root-user -- true 2>/dev/null || {
-    echo "skipped: a network of its own is not to be had here"
-    exit 77
-  }
-  OWN_NETWORK=1 exec unshare --net --map-root-user -- "$0" "$@"
+  # Root needs no user namespace, which a chroot does not allow.
+  for own in "unshare --net" "unshare --net --map-root-user"; do
+    $own -- true 2>/dev/null && OWN_NETWORK=1 exec $own -- "$0" "$@"
+  done
+  echo "skipped: a network of its own is not to be had here"
+  exit 77
 fi
 BIN=$1
 . "$(dirname "$0")/session.sh"

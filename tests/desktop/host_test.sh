@@ -162,7 +162,7 @@ done
 
 start_host
 eventually shows "$work/small.png" 830 24
-kill "$xserver"
+kill "$server"
 wait "$host"
 check "losing the display leaves no child" no_child_left
 

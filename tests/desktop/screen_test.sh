@@ -95,7 +95,7 @@ wait "$host"
 check "a further call ends it" test $? = 0
 start_host --corner top-left --margin 24
 eventually shows "$work/small.png" 24 24
-kill "${xserver:-$compositor}"
+kill "$server"
 wait "$host"
 check "it ends with its display" test $? = 1
 check "and leaves no process behind" no_child_left

@@ -1,16 +1,20 @@
 # Sourced after session.sh: screens of their own. Each start_... sets `screenshot`, `input` (words of
-# xdotool, places in points), `scale` and `xserver` or `compositor`.
+# xdotool, places in points), `scale` and `server`.
+
+start_xvfb() { # size
+  exec 9>"$work/display"
+  # Without -noreset the server forgets everything when its only client leaves.
+  Xvfb -displayfd 9 -noreset -screen 0 "$1x24" >/dev/null 2>&1 &
+  server=$!
+  children+=("$server")
+  eventually test -s "$work/display" || { echo "no Xvfb"; exit 1; }
+}
 
 # An X server with a window manager, its wallpaper in one colour.
 start_x11() { # command of the window manager...
   screenshot() { import -silent -window root "$1" 2>/dev/null; }
   input() { xdotool "$@"; }
-  exec 9>"$work/display"
-  # Without -noreset the server forgets everything when its only client leaves.
-  Xvfb -displayfd 9 -noreset -screen 0 1024x768x24 >/dev/null 2>&1 &
-  xserver=$!
-  children+=("$xserver")
-  eventually test -s "$work/display" || { echo "no Xvfb"; exit 1; }
+  start_xvfb 1024x768
   DISPLAY=:$(cat "$work/display")
   export DISPLAY
   unset WAYLAND_DISPLAY
@@ -62,18 +66,18 @@ no_cursor() {
   for name in default grabbing; do cp "$work/icons/default/cursors/left_ptr" "$work/icons/default/cursors/$name"; done
 }
 
+# The wallpaper is one pixel, which sway would blur towards the edges at a fraction.
 start_sway() { # scale, width and height in device pixels, more lines of configuration
-  case $1 in *.*) only_on_debian_12 "fractions have been tried with the sway of Debian 12 alone" ;; esac
   scale=$1
   screenshot() { grim "$1"; }
   own_runtime_folder
   no_cursor
-  printf 'output HEADLESS-1 resolution %sx%s scale %s\noutput * bg #7a8592 solid_color\n%s\n' \
+  printf 'output HEADLESS-1 resolution %sx%s scale %s scale_filter nearest\noutput * bg #7a8592 solid_color\n%s\n' \
     "$2" "$3" "$1" "${4:-}" >"$work/sway"
   WLR_BACKENDS=headless WLR_LIBINPUT_NO_DEVICES=1 WLR_RENDERER=pixman "${as_user[@]}" \
     sway -c "$work/sway" >"$work/sway.log" 2>&1 &
-  compositor=$!
-  children+=("$compositor")
+  server=$!
+  children+=("$server")
   eventually listening 'sway-ipc*.sock' || { echo "no sway"; exit 1; }
   SWAYSOCK=$(find "$XDG_RUNTIME_DIR" -name 'sway-ipc*.sock')
   export SWAYSOCK
@@ -81,20 +85,28 @@ start_sway() { # scale, width and height in device pixels, more lines of configu
   eventually pixel_is 500 400 7A8592 || { echo "no wallpaper"; exit 1; }
 }
 
-# A copy of the program has no file capabilities, which a container refuses. It keeps its name, by
-# which it knows itself.
+# In a window of its own X server, since without a graphics device it draws to nothing else that can
+# be looked at. KWin 5 takes the scale from its command line, KWin 6 from what it remembers of the
+# output. A copy of the program has no file capabilities, which a container refuses. It keeps its
+# name, by which it knows itself.
 start_kwin() {
-  only_on_debian_12 "screenshots have been tried with the KWin of Debian 12 alone"
   scale=1.5
-  screenshot() { /usr/bin/python3 "$(dirname "$0")/kwin_screenshot.py" "$1" 2>/dev/null; }
+  screenshot() { DISPLAY=$screen import -silent -window root "$1" 2>/dev/null; }
   own_runtime_folder
-  mkdir "$work/kwin"
+  start_xvfb 1536x960
+  screen=:$(cat "$work/display")
+  mkdir "$work/kwin" "$XDG_CONFIG_HOME"
   cp "$(command -v kwin_wayland)" "$work/kwin"
-  KWIN_COMPOSE=O2 LIBGL_ALWAYS_SOFTWARE=1 KWIN_SCREENSHOT_NO_PERMISSION_CHECKS=1 \
-    KWIN_WAYLAND_NO_PERMISSION_CHECKS=1 "$work/kwin/kwin_wayland" --virtual --width 1600 \
-    --height 1000 --scale 1.5 --socket wayland-7 --no-lockscreen >"$work/kwin.log" 2>&1 &
-  compositor=$!
-  children+=("$compositor")
-  take_compositor 1066 666
-  eventually screenshot "$work/screen.png" || { echo "no screenshot"; exit 1; }
+  jq -n '[{name: "outputs", data: [{connectorName: "X11-0", scale: 1.5}]}, {name: "setups", data:
+    [{lidClosed: false, outputs: [{enabled: true, outputIndex: 0, position: {x: 0, y: 0}, priority: 0}]}]}]' \
+    >"$XDG_CONFIG_HOME/kwinoutputconfig.json"
+  KWIN_COMPOSE=Q KWIN_WAYLAND_NO_PERMISSION_CHECKS=1 "$work/kwin/kwin_wayland" \
+    --x11-display "$screen" --width 1024 --height 640 --scale 1.5 --socket wayland-7 \
+    --no-lockscreen >"$work/kwin.log" 2>&1 &
+  server=$!
+  children+=("$server")
+  take_compositor 1024 640
+  eventually window_of_kwin || { echo "no KWin"; exit 1; }
 }
+
+window_of_kwin() { DISPLAY=$screen xwininfo -root -tree | grep -q "KDE Wayland Compositor"; }

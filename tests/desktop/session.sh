@@ -12,13 +12,6 @@ finish() {
 }
 trap finish EXIT
 
-# Ends a test that has not been brought to this release of Debian, and says so.
-only_on_debian_12() { # why
-  [ "$(. /etc/os-release && echo "${ID-}${VERSION_ID-}")" = debian12 ] && return
-  echo "skipped: $1"
-  exit 77
-}
-
 check() { # description, command...
   local what=$1
   shift

@@ -7,7 +7,6 @@ export LANGUAGE=$4
 here=$(dirname "$0")
 . "$here/../desktop/session.sh"
 . "$here/../desktop/screens.sh"
-only_on_debian_12 "the names of the controls have been tried with the GTK of Debian 12 alone"
 language=$LANGUAGE
 own_surroundings
 start_openbox
