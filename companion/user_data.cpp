@@ -102,7 +102,10 @@ bool signOut() {
   const auto code = platform::removeGenericPassword(keyOf(velmora::refreshTokenAccount));
   if (code != status::success && code != status::itemNotFound) fail(code);
   forgetFigures();
-  return !token || revokeToken(*token);
+  const bool isWithdrawn = !token || revokeToken(*token);
+  // The provider may have answered a refresh that was under way until now.
+  forgetFigures();
+  return isWithdrawn;
 }
 
 }  // namespace companion

@@ -176,6 +176,20 @@ TEST_F(SigningIn, putsTheNewUserInTheFormersPlace) {
   EXPECT_EQ(token(), std::nullopt);
 }
 
+TEST_F(SigningIn, forgetsWhatARefreshStoresDuringTheSignOut) {
+  httplib::Server provider;
+  provider.Post("/revoke", [](const httplib::Request&, httplib::Response&) {
+    velmora::saveCachedSnapshot(velmora::VelmoraSnapshot::sample());
+  });
+  const int port = provider.bind_to_any_port("127.0.0.1");
+  std::thread serving([&] { provider.listen_after_bind(); });
+  tests::setRevocationURL("http://127.0.0.1:" + std::to_string(port) + "/revoke");
+  EXPECT_TRUE(signOut());
+  EXPECT_FALSE(velmora::loadCachedSnapshot());
+  provider.stop();
+  serving.join();
+}
+
 TEST_F(Denying, changesNothing) {
   const auto outcome = signIn(follows());
   ASSERT_TRUE(outcome.error);

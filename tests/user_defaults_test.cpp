@@ -1,7 +1,9 @@
 #include "platform/foundation/user_defaults.hpp"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <sqlite3.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -10,6 +12,7 @@
 #include <thread>
 
 #include "platform/foundation/bundle.hpp"
+#include "platform/foundation/raii.hpp"
 #include "tests/support/environment.hpp"
 
 using platform::UserDefaults;
@@ -82,6 +85,20 @@ TEST_F(UserDefaultsTest, dropsWritesThatCannotBeMade) {
   EXPECT_EQ(UserDefaults::standard().string("a"), std::nullopt);
   UserDefaults(fs::path()).setString("a", "b");
   UserDefaults("/proc/nowhere/defaults.sqlite3").setString("a", "b");
+}
+
+TEST_F(UserDefaultsTest, waitsForNobodyForEver) {
+  const auto defaults = UserDefaults::standard();
+  defaults.setString("a", "b");
+  tests::writeFile(defaultsFile(), std::string(5000, 'x'));
+  const platform::Descriptor folder(::open(defaultsFile().parent_path().c_str(), O_RDONLY));
+  flock(folder.get(), LOCK_EX);  // as another process that hangs
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_EQ(defaults.string("a"), std::nullopt);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(9));
+  flock(folder.get(), LOCK_UN);
+  defaults.setString("a", "new");
+  EXPECT_EQ(defaults.string("a"), "new");
 }
 
 TEST_F(UserDefaultsTest, holdsTheOldOrTheNewValueWhenProcessesAreKilled) {

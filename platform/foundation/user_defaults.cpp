@@ -7,7 +7,10 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
+#include <chrono>
 #include <functional>
+#include <thread>
 
 #include "platform/foundation/bundle.hpp"
 #include "platform/foundation/files.hpp"
@@ -75,12 +78,22 @@ bool isUsable(const fs::path& file) {
   return !isDamaged(code) && (code != SQLITE_DONE || verdict == "ok");
 }
 
+/// Takes the lock unless another process has it for longer than a store may be busy.
+bool locks(int descriptor) {
+  constexpr int step = 10;
+  for (int waited = 0; flock(descriptor, LOCK_EX | LOCK_NB) != 0; waited += step) {
+    if (errno != EWOULDBLOCK || waited >= busyMilliseconds) return false;
+    std::this_thread::sleep_for(std::chrono::milliseconds(step));
+  }
+  return true;
+}
+
 /// Moves a file that is no database out of the way, with what SQLite keeps beside it. The folder
-/// is locked meanwhile, so that two processes do not set each other's fresh store aside.
-void setAside(const fs::path& file) {
+/// is locked meanwhile, so that two processes do not set each other's fresh store aside. Returns
+/// whether it could be.
+bool setAside(const fs::path& file) {
   const Descriptor folder(::open(file.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (!folder) return;
-  flock(folder.get(), LOCK_EX);
+  if (!folder || !locks(folder.get())) return false;
   std::error_code ignored;
   if (fs::exists(file, ignored) && !isUsable(file)) {
     const auto name = file.string() + ".damaged-" + std::to_string(::time(nullptr));
@@ -91,6 +104,7 @@ void setAside(const fs::path& file) {
                  ignored);
     }
   }
+  return true;
 }
 
 /// Makes the folder and the empty file, private to the user whatever the umask says.
@@ -107,13 +121,12 @@ void withStore(const fs::path& file, bool writing, const std::function<int(sqlit
   if (file.empty()) return;
   for (int attempt = 0; attempt < 2; ++attempt) {
     std::error_code ignored;
-    if (fs::exists(file, ignored) && !fs::is_regular_file(file, ignored)) setAside(file);
+    if (fs::exists(file, ignored) && !fs::is_regular_file(file, ignored) && !setAside(file)) return;
     if (writing) createFile(file);
     if (!fs::exists(file, ignored)) return;
     int code = SQLITE_CANTOPEN;
     if (const auto database = open(file)) code = use(database.get());
-    if (!isDamaged(code)) return;
-    setAside(file);
+    if (!isDamaged(code) || !setAside(file)) return;
   }
 }
 
