@@ -30,6 +30,11 @@ std::string pickAnother(const std::string& problem) {
              "\"Desktop app\".");
 }
 
+std::string incomplete(const platform::JsonDecodingError& error) {
+  return pickAnother(
+      localizedFormat("This is no complete client file (%s).", {std::string(error.what())}));
+}
+
 std::string requiredText(const JsonDecoder& client, const char* key) {
   auto text = client.at(key).string();
   if (text.empty()) throw platform::JsonDecodingError(std::string(key) + ": empty");
@@ -95,18 +100,26 @@ Client parseClientFile(std::string_view text) {
       throw ClientFileError(SignInError(SignInError::Case::noLoopbackAddress).what());
     return client;
   } catch (const platform::JsonDecodingError& error) {
-    throw ClientFileError(pickAnother(
-        localizedFormat("This is no complete client file (%s).", {std::string(error.what())})));
+    throw ClientFileError(incomplete(error));
   }
 }
 
 std::optional<ClientInForce> clientInForce() {
-  const auto resource = platform::findResource(fileName);
-  if (!resource) return std::nullopt;
   try {
-    return ClientInForce{decodeClient(JsonDecoder(resource->bytes)), resource->file};
-  } catch (const platform::JsonDecodingError&) {
+    return requireClient();
+  } catch (const SignInError&) {
     return std::nullopt;
+  }
+}
+
+ClientInForce requireClient() {
+  using Case = SignInError::Case;
+  const auto resource = platform::findResource(fileName);
+  if (!resource) throw SignInError(Case::noClientFile);
+  try {
+    return {decodeClient(JsonDecoder(resource->bytes)), resource->file};
+  } catch (const platform::JsonDecodingError& error) {
+    throw SignInError(Case::unusableClientFile, resource->file.string() + ": " + incomplete(error));
   }
 }
 

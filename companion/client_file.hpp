@@ -42,6 +42,9 @@ Client parseClientFile(std::string_view text);
 /// The user's own client file, else the installation's; absent without a usable one.
 std::optional<ClientInForce> clientInForce();
 
+/// The same. Throws SignInError (noClientFile, unusableClientFile).
+ClientInForce requireClient();
+
 /// Checks a file and takes it over for this user, whole or not at all. Another client than before
 /// forgets the account and the figures of the former one. Throws ClientFileError.
 ClientInForce takeOverClientFile(const std::filesystem::path& file);

@@ -8,7 +8,6 @@
 #include "companion/client_file.hpp"
 #include "companion/running_host.hpp"
 #include "companion/sign_in_command.hpp"
-#include "companion/sign_in_error.hpp"
 #include "companion/status.hpp"
 #include "companion/user_data.hpp"
 #include "platform/foundation/json.hpp"
@@ -80,9 +79,7 @@ int clientCommand(const CommandLine& line) {
     refreshRunningHost();
     return print(jsonForm(taken));
   }
-  const auto client = clientInForce();
-  if (!client) throw SignInError(SignInError::Case::noClientFile);
-  return print(jsonForm(client));
+  return print(jsonForm(requireClient()));
 }
 
 int statusCommand(const CommandLine& line) {

@@ -126,9 +126,7 @@ class SignIn::Flow : public std::enable_shared_from_this<SignIn::Flow> {
   /// Beside the main loop: everything that can be found out before the browser opens.
   void prepare() {
     outcome_.error = errorOf([this] {
-      const auto client = clientInForce();
-      if (!client) throw SignInError(SignInError::Case::noClientFile);
-      client_ = client->client;
+      client_ = requireClient().client;
       if (client_.isWeb && !loopbackRedirect(client_))
         throw SignInError(SignInError::Case::noLoopbackAddress);
       requireKeyring();

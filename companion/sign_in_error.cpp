@@ -16,6 +16,8 @@ std::string describe(SignInError::Case kind, const std::string& detail) {
     case Case::noClientFile:
       return localizedString(
           "There is no client file yet. Take one over with \"velmora client FILE\", then sign in.");
+    case Case::unusableClientFile:
+      return detail;
     case Case::noLoopbackAddress:
       return localizedString(
           "The client is of kind \"web\" and has no redirect address on this machine. Create one "

@@ -11,7 +11,8 @@ class SignInError : public std::exception {
  public:
   enum class Case {
     noClientFile,
-    noLoopbackAddress,  ///< a client of kind "web" whose redirect addresses all lie elsewhere
+    unusableClientFile,  ///< `detail` says which one and why, in the user's language
+    noLoopbackAddress,   ///< a client of kind "web" whose redirect addresses all lie elsewhere
     portTaken,
     keyringLocked,
     keyringMissing,

@@ -150,6 +150,10 @@ TEST_F(Companion, commandsSayOneThing) {
     EXPECT_EQ(result.output, "");
     EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1) << result.errors;
   }
+  fs::create_directories(folder_ / "data/velmora-widget");
+  tests::writeFile(folder_ / "data/velmora-widget/client_secret.json", "{damaged");
+  for (const char* told : {"client", "sign-in"})
+    EXPECT_THAT(call(told).errors, HasSubstr("client_secret.json: This is no complete")) << told;
   const auto picked = file(Json{{"installed", clientOf("mine")}}.dump()).string();
   const auto taken = call("client " + picked);
   EXPECT_THAT(taken.output, StartsWith(R"({"clientID":"mine","file":")"));
