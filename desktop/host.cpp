@@ -72,7 +72,7 @@ void Host::choose(const MenuChoice& choice) {
   } else if (choice.command == "refresh") {
     refresh();
   } else if (choice.command == "open") {
-    openCompanion("");
+    openCompanion(choice.name);
   } else if (choice.command == "quit") {
     quit_(0);
   }

@@ -9,7 +9,8 @@
 
 namespace desktop {
 
-/// What was chosen in the menu: a command and, for "family" and "corner", a name.
+/// What was chosen in the menu: a command and, for "family" and "corner", a name; for "open" what
+/// lets a window come to the front.
 struct MenuChoice {
   std::string command;  ///< family, corner, refresh, open, quit; empty when nothing was chosen
   std::string name;

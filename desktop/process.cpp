@@ -127,9 +127,12 @@ void Process::end() {
 bool startDetached(const std::string& file, const std::string& startup) {
   using Words = platform::Owned<char*, g_strfreev>;
   Words surroundings(g_get_environ());
-  if (const auto equals = startup.find('='); equals != std::string::npos)
-    surroundings.reset(g_environ_setenv(surroundings.release(), startup.substr(0, equals).c_str(),
-                                        startup.c_str() + equals + 1, TRUE));
+  // Toolkits read the one or the other.
+  for (const char* name : {"DESKTOP_STARTUP_ID", "XDG_ACTIVATION_TOKEN"}) {
+    char** list = surroundings.release();
+    surroundings.reset(startup.empty() ? g_environ_unsetenv(list, name)
+                                       : g_environ_setenv(list, name, startup.c_str(), TRUE));
+  }
   std::vector<std::string> words{file};
   const auto nothing = openNothing();
   const auto inOwnSession = [](gpointer) { setsid(); };

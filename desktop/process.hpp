@@ -48,7 +48,8 @@ class Process {
 };
 
 /// Starts a program that lives on without us, with nothing to read and nowhere to write to, and
-/// `startup` ("NAME=value", or empty) in its environment. Returns whether it could be started.
+/// `startup`, unless it is empty, as its id on X11 and its token on Wayland, by which its window
+/// may come to the front. Returns whether it could be started.
 bool startDetached(const std::string& file, const std::string& startup);
 
 /// A program of Velmora: in `folder` (relative to that of the running one), else on PATH; empty

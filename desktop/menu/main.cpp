@@ -1,4 +1,5 @@
 #include <CLI/CLI.hpp>
+#include <gdk/gdkwayland.h>
 #include <gtk-layer-shell.h>
 #include <gtk/gtk.h>
 
@@ -10,14 +11,19 @@
 #include "platform/foundation/formatting.hpp"
 #include "platform/foundation/languages.hpp"
 #include "platform/foundation/localized_strings.hpp"
+#include "platform/foundation/raii.hpp"
 
 // The widget's menu. Shows it at a place on the screen, prints what was chosen on one line
-// ("family large", "corner top-left", "refresh", "open", "quit"; nothing when it was dismissed),
+// ("family large", "corner top-left", "refresh", "open" with what lets a window come to the front,
+// "quit"; nothing when it was dismissed),
 // and ends. velmora-desktop starts it.
 
 namespace {
 
 using platform::localizedString;
+
+template <class Object>
+using Owned = platform::Owned<Object, g_object_unref>;
 
 struct Call {
   std::string displayKind = "x11";
@@ -46,6 +52,25 @@ gboolean leave(gpointer) {
   return G_SOURCE_REMOVE;
 }
 
+/// By which a window that is now opened may come to the front; empty when there is nothing.
+std::string startupId() {
+  GdkDisplay* display = gdk_display_get_default();
+  if (!GDK_IS_WAYLAND_DISPLAY(display))
+    return "velmora-desktop_TIME" + std::to_string(gtk_get_current_event_time());
+  const Owned<GdkAppLaunchContext> context(gdk_display_get_app_launch_context(display));
+  const Owned<GAppInfo> velmora(g_app_info_create_from_commandline(
+      "velmora", "Velmora", G_APP_INFO_CREATE_SUPPORTS_STARTUP_NOTIFICATION, nullptr));
+  const platform::Owned<char, g_free> token(g_app_launch_context_get_startup_notify_id(
+      G_APP_LAUNCH_CONTEXT(context.get()), velmora.get(), nullptr));
+  return token ? token.get() : "";
+}
+
+void choose(GtkWidget* item, gpointer data) {
+  auto& chosen = static_cast<Menu*>(data)->chosen;
+  chosen = static_cast<const char*>(g_object_get_data(G_OBJECT(item), "choice"));
+  if (chosen == "open") chosen += " " + startupId();
+}
+
 void addItem(Menu& menu, const std::string& label, const std::string& choice,
              std::optional<bool> isCurrent = std::nullopt) {
   GtkWidget* item = isCurrent ? gtk_check_menu_item_new_with_label(label.c_str())
@@ -55,11 +80,7 @@ void addItem(Menu& menu, const std::string& label, const std::string& choice,
     gtk_check_menu_item_set_active(GTK_CHECK_MENU_ITEM(item), *isCurrent);
   }
   g_object_set_data_full(G_OBJECT(item), "choice", g_strdup(choice.c_str()), g_free);
-  g_signal_connect(item, "activate", G_CALLBACK(+[](GtkWidget* activated, gpointer data) {
-                     static_cast<Menu*>(data)->chosen =
-                         static_cast<const char*>(g_object_get_data(G_OBJECT(activated), "choice"));
-                   }),
-                   &menu);
+  g_signal_connect(item, "activate", G_CALLBACK(choose), &menu);
   gtk_menu_shell_append(GTK_MENU_SHELL(menu.menu), item);
 }
 

@@ -23,8 +23,8 @@ struct ScreenEvents {
   std::function<void()> changed;
   /// Dragged to there: the monitor's name, and points from its work area's top left.
   std::function<void(const std::string& monitor, Point position)> moved;
-  /// Clicked, or Return was pressed; `startup` is what a program that opens a window needs in its
-  /// environment ("NAME=value", or empty).
+  /// Clicked, or Return was pressed; with `startup` (empty where there is none) the program that
+  /// opens a window for it may bring that to the front.
   std::function<void(const std::string& startup)> opened;
   std::function<void(const MenuSpot& spot)> menuAsked;
   /// The user closed the window.

@@ -49,6 +49,7 @@ void WaylandDisplay::add(std::uint32_t number, const char* name, std::uint32_t v
   bind(layerShell_, zwlr_layer_shell_v1_interface, layer_shell::newestVersion);
   bind(viewporter_, wp_viewporter_interface, 1);
   bind(scaleTeller_, wp_fractional_scale_manager_v1_interface, 1);
+  bind(activation_, xdg_activation_v1_interface, 1);
   bind(outputManager_, zxdg_output_manager_v1_interface, 3);
   if (kind == wl_seat_interface.name && seat_ == 0) seat_ = number;
   if (kind != wl_output_interface.name) return;

@@ -26,6 +26,8 @@ class WaylandDisplay {
   [[nodiscard]] wp_viewporter* viewporter() const { return viewporter_.get(); }
   /// Null when the compositor does not tell a surface its scale.
   [[nodiscard]] wp_fractional_scale_manager_v1* scaleTeller() const { return scaleTeller_.get(); }
+  /// Null when the compositor has no tokens for programs that are to come to the front.
+  [[nodiscard]] xdg_activation_v1* activation() const { return activation_.get(); }
   /// The first seat, bound anew, since it tells only once what it has; null without one.
   [[nodiscard]] WaylandOwned<wl_seat> bindSeat() const;
   /// Those of which all is known, in the compositor's order.
@@ -46,6 +48,7 @@ class WaylandDisplay {
   WaylandOwned<zwlr_layer_shell_v1> layerShell_;
   WaylandOwned<wp_viewporter> viewporter_;
   WaylandOwned<wp_fractional_scale_manager_v1> scaleTeller_;
+  WaylandOwned<xdg_activation_v1> activation_;
   WaylandOwned<zxdg_output_manager_v1> outputManager_;
   std::uint32_t seat_ = 0;  // its number
   std::vector<std::unique_ptr<WaylandOutput>> outputs_;

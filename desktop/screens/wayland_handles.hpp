@@ -3,6 +3,7 @@
 #include <fractional-scale-v1-client-protocol.h>
 #include <viewporter-client-protocol.h>
 #include <wayland-client.h>
+#include <xdg-activation-v1-client-protocol.h>
 #include <xdg-output-unstable-v1-client-protocol.h>
 
 #include "desktop/screens/layer_shell.hpp"
@@ -36,6 +37,10 @@ inline void releaseWayland(zxdg_output_manager_v1* handle) {
   zxdg_output_manager_v1_destroy(handle);
 }
 inline void releaseWayland(zxdg_output_v1* handle) { zxdg_output_v1_destroy(handle); }
+inline void releaseWayland(xdg_activation_v1* handle) { xdg_activation_v1_destroy(handle); }
+inline void releaseWayland(xdg_activation_token_v1* handle) {
+  xdg_activation_token_v1_destroy(handle);
+}
 inline void releaseWayland(zwlr_layer_shell_v1* handle) { layer_shell::destroyShell(handle); }
 inline void releaseWayland(zwlr_layer_surface_v1* handle) { layer_shell::destroySurface(handle); }
 

@@ -35,8 +35,9 @@ const wl_pointer_listener WaylandInput::pointerListener{
           self(data).events_.moved(self(data).place_);
         },
     .button =
-        [](void* data, wl_pointer*, std::uint32_t, std::uint32_t, std::uint32_t button,
+        [](void* data, wl_pointer*, std::uint32_t serial, std::uint32_t, std::uint32_t button,
            std::uint32_t state) {
+          self(data).serial_ = serial;
           self(data).press(button, state == WL_POINTER_BUTTON_STATE_PRESSED);
         },
     .axis = [](void*, wl_pointer*, std::uint32_t, std::uint32_t, wl_fixed_t) {},
@@ -52,8 +53,9 @@ const wl_keyboard_listener WaylandInput::keyboardListener{
     .enter = [](void*, wl_keyboard*, std::uint32_t, wl_surface*, wl_array*) {},
     .leave = [](void*, wl_keyboard*, std::uint32_t, wl_surface*) {},
     .key =
-        [](void* data, wl_keyboard*, std::uint32_t, std::uint32_t, std::uint32_t key,
+        [](void* data, wl_keyboard*, std::uint32_t serial, std::uint32_t, std::uint32_t key,
            std::uint32_t state) {
+          self(data).serial_ = serial;
           if (state == WL_KEYBOARD_KEY_STATE_PRESSED) self(data).type(key);
         },
     .modifiers = [](void* data, wl_keyboard*, std::uint32_t, std::uint32_t depressed, std::uint32_t,

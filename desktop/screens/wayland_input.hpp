@@ -31,6 +31,10 @@ class WaylandInput {
   WaylandInput(const WaylandInput&) = delete;
   WaylandInput& operator=(const WaylandInput&) = delete;
 
+  [[nodiscard]] wl_seat* seat() const { return seat_.get(); }
+  /// Of the last press or key.
+  [[nodiscard]] std::uint32_t serial() const { return serial_; }
+
  private:
   static const wl_seat_listener seatListener;
   static const wl_pointer_listener pointerListener;
@@ -46,6 +50,7 @@ class WaylandInput {
   WaylandOwned<wl_keyboard> keyboard_;
   std::optional<WaylandCursor> cursor_;  // while the pointer is on the widget
   PointerPlace place_;
+  std::uint32_t serial_ = 0;
   bool isShifted_ = false;
 };
 

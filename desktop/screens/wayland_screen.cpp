@@ -1,6 +1,7 @@
 #include "desktop/screens/wayland_screen.hpp"
 
 #include "desktop/screens/event_source.hpp"
+#include "desktop/screens/wayland_activation.hpp"
 #include "desktop/screens/wayland_drag.hpp"
 
 namespace desktop {
@@ -49,10 +50,12 @@ class WaylandScreen : public Screen {
   std::optional<Look> shown_;
   std::optional<Scale> reportedScale_;
   std::unique_ptr<WaylandDrag> drag_;
+  std::unique_ptr<WaylandActivation> activation_;
   // What the events of one round ask for.
   bool lost_ = false;
   bool outputsChanged_ = false;
   bool opened_ = false;
+  std::optional<std::string> startup_;
   std::optional<Point> menuAt_;
   std::unique_ptr<EventSource> source_;
 };
@@ -253,7 +256,14 @@ void WaylandScreen::report() {
     reportedScale_ = known;
     events_.changed();
   }
-  if (std::exchange(opened_, false)) events_.opened("");
+  if (std::exchange(opened_, false) && surface_)
+    activation_ = std::make_unique<WaylandActivation>(
+        *display_, input_->seat(), input_->serial(), surface_->handle(),
+        [this](const std::string& token) { startup_ = token; });
+  if (const auto startup = std::exchange(startup_, std::nullopt)) {
+    activation_.reset();
+    events_.opened(*startup);
+  }
   if (const auto at = std::exchange(menuAt_, std::nullopt); at && output_)
     events_.menuAsked({*at, chosenOutput()->monitor().name});
 }

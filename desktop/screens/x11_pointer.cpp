@@ -19,7 +19,7 @@ xcb_keysym_t symbolOf(const X11Display& display, xcb_keycode_t code) {
 
 /// For a program that opens a window: when the user asked for it (startup notification).
 std::string startupAt(xcb_timestamp_t time) {
-  return "DESKTOP_STARTUP_ID=velmora-desktop_TIME" + std::to_string(time);
+  return "velmora-desktop_TIME" + std::to_string(time);
 }
 
 }  // namespace

@@ -17,6 +17,7 @@ for family in small medium large; do widget_picture $family "$scale" "$work/$fam
 empty=$(pixel 500 400)
 
 opened() { test "$(wc -l <"$work/opened")" = "$1"; }
+may_come_to_the_front() { ! grep -qE ' (none|not-granted.*) ' "$work/opened"; }
 menu_runs() { pgrep -f '/velmora-desktop-menu ' >/dev/null; }
 no_menu_runs() { ! menu_runs; }
 
@@ -55,6 +56,7 @@ case "$2 ${3:-}" in
 esac
 input mousemove 40 50 sleep 0.15 click 1
 check "a click opens the companion" eventually opened 1
+check "which may come to the front" may_come_to_the_front
 
 check "the right button opens the menu" open_menu 100 100
 input key Escape
@@ -62,7 +64,7 @@ check "Escape closes it" eventually no_menu_runs
 open_menu 100 100
 input mousemove 700 500 sleep 0.15 click 1
 check "so does a click beside it" eventually no_menu_runs
-check "nothing was chosen" shows "$work/small.png" 0 0
+check "nothing was chosen" eventually shows "$work/small.png" 0 0
 open_menu 100 100
 input key Down key Down key Down key Return mousemove 700 500
 check "it changes the size" eventually shows "$work/medium.png" 0 0
@@ -71,11 +73,17 @@ open_menu 100 100
 input mousemove 130 144 sleep 0.2 click 1 mousemove 700 500
 check "by a click too" eventually shows "$work/small.png" 0 0
 
+open_menu 100 100
+input mousemove 130 112 sleep 0.2 click 1 mousemove 700 500
+check "it opens the companion" eventually opened 2
+check "to the front too" may_come_to_the_front
+
 if [ "$2" != kwin ]; then # which gives a surface below windows no keyboard
   input mousemove 40 50 sleep 0.15 click 1
-  eventually opened 2
+  eventually opened 3
   input key Return
-  check "with the focus, Return opens the companion" eventually opened 3
+  check "with the focus, Return opens the companion" eventually opened 4
+  check "to the front too" may_come_to_the_front
   beneath=$(pixel 91 91)
   input key Menu
   check "and the menu key the menu" eventually pixel_is_not 91 91 "$beneath"

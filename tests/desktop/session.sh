@@ -55,7 +55,7 @@ own_programs() {
   cp "$built/velmora-desktop" "$BIN"
   ln -s "$built/velmora-widget" "$BIN"
   ln -s "$built/../lib" "$built/../libexec" "$built/../share" "$work/installed"
-  printf '#!/bin/sh\necho "$$ $*" >>%q\n' "$work/opened" >"$BIN/velmora"
+  printf '#!/bin/sh\necho "$$ ${XDG_ACTIVATION_TOKEN:-none} $*" >>%q\n' "$work/opened" >"$BIN/velmora"
   chmod +x "$BIN/velmora"
   touch "$work/opened"
 }
