@@ -23,9 +23,9 @@ check() { # description, command...
   fi
 }
 
-# Tries a command for up to ten seconds.
+# Tries a command for up to ten seconds, or $patience of them.
 eventually() {
-  local end=$((SECONDS + 10))
+  local end=$((SECONDS + ${patience:-10}))
   while [ "$SECONDS" -lt "$end" ]; do
     "$@" && return 0
     sleep 0.05
