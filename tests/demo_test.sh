@@ -6,11 +6,11 @@ BIN=build/demo/bin
 . tests/desktop/screens.sh
 unset DISPLAY WAYLAND_DISPLAY
 rm -f out/velmora-*.png
-check "it prints a refresh" grep -q '"isConnected":true' <<<"$(script/demo)"
+check "it prints a refresh" grep -q '"isConnected":true' <<<"$(timeout 600 script/demo)"
 check "and leaves pictures" identify out/velmora-{small,medium,large}.png
 own_surroundings
 start_openbox
-script/demo --sign-in &
+timeout --kill-after=5 180 script/demo --sign-in &
 window() { xdotool search --onlyvisible --name '^Velmora$' >/dev/null 2>&1; }
 patience=120 check "the window opens" eventually window
 xdotool key ctrl+w

@@ -15,8 +15,7 @@
 
 // The widget's menu. Shows it at a place on the screen, prints what was chosen on one line
 // ("family large", "corner top-left", "refresh", "open" with what lets a window come to the front,
-// "quit"; nothing when it was dismissed),
-// and ends. velmora-desktop starts it.
+// "quit"; nothing when it was dismissed), and ends. velmora-desktop starts it.
 
 namespace {
 

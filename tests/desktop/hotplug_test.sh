@@ -12,7 +12,7 @@ start_with_two_outputs() {
   close_output() { swaymsg output "$1" unplug >/dev/null; }
 }
 
-# Before 1.9 it cannot take an output away: a sway inside another one, whose windows are its outputs.
+# An older one cannot take an output away: a sway inside another one, whose windows are its outputs.
 start_nested() {
   start_sway 1 1024 768 'for_window [app_id=wlroots] floating enable, border none'
   outer=$WAYLAND_DISPLAY outer_socket=$SWAYSOCK
@@ -30,7 +30,7 @@ start_nested() {
 }
 inner_listens() { listening 'wayland-2' && test "$(find "$XDG_RUNTIME_DIR" -name 'sway-ipc*.sock' | wc -l)" = 2; }
 
-if dpkg --compare-versions "$(sway --version | grep -o '[0-9.]*' | head -n 1)" ge 1.9; then
+if dpkg --compare-versions "$(sway --version | grep -o '[0-9.]*' | head -n 1)" ge 1.10; then
   start_with_two_outputs
 else
   start_nested
