@@ -1,8 +1,8 @@
 #include "VelmoraWidget/AccessToken.hpp"
 
 #include "VelmoraWidget/OAuthConfig.hpp"
-#include "VelmoraWidget/RequestTimeout.hpp"
 #include "VelmoraWidget/SharedKeychain.hpp"
+#include "VelmoraWidget/UnreadableAnswer.hpp"
 #include "platform/foundation/http.hpp"
 #include "platform/foundation/json.hpp"
 #include "platform/foundation/localized_strings.hpp"
@@ -26,8 +26,10 @@ TokenResponse decodeTokenResponse(std::string_view body) {
 OAuthError::OAuthError(Case errorCase, std::string description)
     : kind(errorCase), description_(std::move(description)) {}
 
-OAuthError OAuthError::token(const std::string& message) {
-  return {Case::token, platform::localizedFormat("Authentication error: %s", {message})};
+OAuthError OAuthError::token(const std::string& message, const TokenRefusal& refusal) {
+  OAuthError error{Case::token, platform::localizedFormat("Authentication error: %s", {message})};
+  error.refusal = refusal;
+  return error;
 }
 
 OAuthError OAuthError::missingConfig() {
@@ -50,14 +52,17 @@ std::string formEncodedBody(const std::map<std::string, std::string>& fields) {
   return body;
 }
 
-std::string accessTokenFrom(std::string_view body) {
-  const auto answer = decodeTokenResponse(body);
-  if (answer.error) throw OAuthError::token(answer.error_description.value_or(*answer.error));
-  if (!answer.access_token) throw OAuthError::token("response without access_token");
+std::string accessTokenFrom(std::string_view body, int httpStatus) {
+  const auto answer = decodeAnswer(body, httpStatus, decodeTokenResponse);
+  if (answer.error)
+    throw OAuthError::token(answer.error_description.value_or(*answer.error),
+                            {*answer.error, httpStatus});
+  if (!answer.access_token)
+    throw OAuthError::token("response without access_token", {"", httpStatus});
   return *answer.access_token;
 }
 
-std::string refreshAccessToken() {
+IssuedToken issueAccessToken(std::chrono::milliseconds timeout) {
   const auto config = loadOAuthConfig();
   if (!config) throw OAuthError::missingConfig();
   const auto refreshToken = refreshTokenItem().readString();
@@ -70,8 +75,16 @@ std::string refreshAccessToken() {
                                                       {"client_id", config->clientID},
                                                       {"client_secret", config->clientSecret},
                                                       {"grant_type", "refresh_token"}}),
-                             .timeout = requestTimeout()});
-  return accessTokenFrom(response.body);
+                             .timeout = timeout});
+  return {accessTokenFrom(response.body, response.status), *refreshToken};
+}
+
+std::string refreshAccessToken(std::chrono::milliseconds timeout) {
+  return issueAccessToken(timeout).accessToken;
+}
+
+void requireStoredToken(const std::string& refreshToken) {
+  if (refreshTokenItem().readString() != refreshToken) throw OAuthError::noRefreshToken();
 }
 
 }  // namespace velmora

@@ -1,6 +1,6 @@
 #include "VelmoraWidget/AdSenseClient.hpp"
 
-#include "VelmoraWidget/RequestTimeout.hpp"
+#include "VelmoraWidget/UnreadableAnswer.hpp"
 #include "platform/foundation/http.hpp"
 #include "platform/foundation/json.hpp"
 #include "platform/foundation/localized_strings.hpp"
@@ -11,6 +11,10 @@ namespace velmora {
 namespace {
 
 using platform::JsonDecoder;
+
+constexpr int good = 200;  // or another below 300; which one makes no difference
+// A report of 100,000 rows has 17 MB.
+constexpr std::size_t largestAnswer = std::size_t{24} << 20U;
 
 Account decodeAccount(const JsonDecoder& object) {
   return {object.at("name").string(), object.optionalString("displayName")};
@@ -83,7 +87,8 @@ std::string AdSenseClient::authorizedGet(const std::string& url) const {
   auto response = platform::sendRequest({.url = url,
                                          .headers = {{"Authorization", "Bearer " + accessToken}},
                                          .body = std::nullopt,
-                                         .timeout = requestTimeout()});
+                                         .timeout = timeout,
+                                         .largestAnswer = largestAnswer});
   if (response.status < 200 || response.status > 299) {
     const bool isText = platform::repairedUtf8(response.body) == response.body;
     throw AdSenseError::http(response.status, isText ? response.body : "");
@@ -92,7 +97,8 @@ std::string AdSenseClient::authorizedGet(const std::string& url) const {
 }
 
 std::string AdSenseClient::fetchAccountName() const {
-  const auto answer = decodeAccountsResponse(authorizedGet(baseURL + "/accounts"));
+  const auto answer =
+      decodeAnswer(authorizedGet(baseURL + "/accounts"), good, decodeAccountsResponse);
   if (!answer.accounts || answer.accounts->empty()) throw AdSenseError::noAccount();
   return answer.accounts->front().name;
 }
@@ -101,11 +107,12 @@ ReportResponse AdSenseClient::generateReport(const std::string& accountName,
                                              const std::vector<platform::QueryItem>& items) const {
   const auto url = platform::urlWithQuery(baseURL + "/" + accountName + "/reports:generate", items);
   if (!url) throw platform::TransportError("The account name makes no valid address.");
-  return decodeReportResponse(authorizedGet(*url));
+  return decodeAnswer(authorizedGet(*url), good, decodeReportResponse);
 }
 
 PaymentsResponse AdSenseClient::fetchPayments(const std::string& accountName) const {
-  return decodePaymentsResponse(authorizedGet(baseURL + "/" + accountName + "/payments"));
+  return decodeAnswer(authorizedGet(baseURL + "/" + accountName + "/payments"), good,
+                      decodePaymentsResponse);
 }
 
 }  // namespace velmora

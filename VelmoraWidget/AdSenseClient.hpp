@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <exception>
 #include <optional>
@@ -7,6 +8,7 @@
 #include <variant>
 #include <vector>
 
+#include "VelmoraWidget/RequestTimeout.hpp"
 #include "platform/foundation/url.hpp"
 
 namespace velmora {
@@ -85,10 +87,11 @@ class AdSenseError : public std::exception {
 };
 
 /// Authorised requests to the AdSense Management API. Every operation waits for its answer and
-/// throws AdSenseError, platform::TransportError or platform::JsonDecodingError.
+/// throws AdSenseError, platform::TransportError or UnreadableAnswer.
 struct AdSenseClient {
   std::string accessToken;
-  std::string baseURL;  ///< without a trailing slash
+  std::string baseURL;                                   ///< without a trailing slash
+  std::chrono::milliseconds timeout = requestTimeout();  ///< for each request
 
   /// The body of the answer to a GET with the bearer token.
   [[nodiscard]] std::string authorizedGet(const std::string& url) const;

@@ -1,5 +1,7 @@
 #include "VelmoraWidget/SnapshotCache.hpp"
 
+#include <tuple>
+
 #include "platform/foundation/user_defaults.hpp"
 
 namespace velmora {
@@ -16,12 +18,16 @@ std::optional<VelmoraSnapshot> loadCachedSnapshot() {
   }
 }
 
-void saveCachedSnapshot(const VelmoraSnapshot& snapshot) {
-  try {
-    UserDefaults::standard().setData(snapshotCacheKey, encodeSnapshot(snapshot));
-  } catch (const platform::JsonEncodingError&) {
-    UserDefaults::standard().remove(snapshotCacheKey);
-  }
+void saveCachedSnapshot(const VelmoraSnapshot& snapshot, const std::function<void()>& check) {
+  // One that cannot be stored is shown all the same.
+  std::ignore = UserDefaults::standard().change([&](auto& changes) {
+    check();
+    try {
+      changes.setData(snapshotCacheKey, encodeSnapshot(snapshot));
+    } catch (const platform::JsonEncodingError&) {
+      changes.remove(snapshotCacheKey);
+    }
+  });
 }
 
 }  // namespace velmora

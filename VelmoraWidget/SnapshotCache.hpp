@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 
 #include "VelmoraWidget/VelmoraSnapshot.hpp"
@@ -12,7 +13,9 @@ inline constexpr const char* snapshotCacheKey = "earnings.snapshot";
 /// The stored snapshot; absent when there is none or it cannot be read, in which case it stays.
 std::optional<VelmoraSnapshot> loadCachedSnapshot();
 
-/// Stores a snapshot in place of the previous one. A snapshot that JSON cannot hold removes it.
-void saveCachedSnapshot(const VelmoraSnapshot& snapshot);
+/// Stores a snapshot in place of the previous one, unless `check`, made when nobody else can write,
+/// throws. A snapshot that JSON cannot hold removes the previous one.
+void saveCachedSnapshot(
+    const VelmoraSnapshot& snapshot, const std::function<void()>& check = [] {});
 
 }  // namespace velmora

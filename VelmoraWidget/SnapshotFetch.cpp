@@ -62,8 +62,12 @@ VelmoraSnapshot periodFigures(const DayTable& days, platform::Instant anchor) {
 }
 
 VelmoraSnapshot fetchSnapshot() {
-  const AdSenseClient client{refreshAccessToken(), adSenseBaseURL()};
-  const auto accountName = resolveAccountName(client);
+  const auto token = issueAccessToken();
+  // The user may have signed out meanwhile, or somebody else in: what is stored now would be shown
+  // to them.
+  const auto check = [&token] { requireStoredToken(token.refreshToken); };
+  const AdSenseClient client{token.accessToken, adSenseBaseURL()};
+  const auto accountName = resolveAccountName(client, check);
 
   const auto now = platform::now();
   const auto firstDay = reportCalendar.addingDays(now, -(reportDays - 1));
@@ -83,7 +87,7 @@ VelmoraSnapshot fetchSnapshot() {
   }
   snapshot.currency = currency;
   snapshot.updatedAt = now;
-  saveCachedSnapshot(snapshot);
+  saveCachedSnapshot(snapshot, check);
   return snapshot;
 }
 

@@ -9,7 +9,8 @@ namespace velmora {
 
 /// Fetches everything anew, stores the snapshot in the cache and returns it. Waits for two to
 /// five requests, one after the other. Throws the first error met (those of refreshAccessToken and
-/// AdSenseClient), in which case the cache is left as it was.
+/// AdSenseClient), in which case the cache is left as it was; that the refresh token is no longer
+/// the stored one at the end is such an error.
 VelmoraSnapshot fetchSnapshot();
 
 /// The totals and performance values of the periods that end with the table's latest day; the

@@ -1,7 +1,7 @@
 #include "companion/client_file.hpp"
 
+#include "companion/loopback_sockets.hpp"
 #include "companion/redirect_address.hpp"
-#include "companion/sign_in_error.hpp"
 #include "companion/user_data.hpp"
 #include "platform/foundation/bundle.hpp"
 #include "platform/foundation/files.hpp"
@@ -85,6 +85,16 @@ std::string readClientFile(const fs::path& file) {
   }
 }
 
+/// Throws ClientFileError for a port that could never be listened on.
+void requirePermittedAddress(const Client& client) {
+  if (!client.isWeb) return;
+  try {
+    requirePermittedPort(loopbackRedirect(client)->port);
+  } catch (const SignInError& error) {
+    throw ClientFileError(error.what());
+  }
+}
+
 }  // namespace
 
 Client parseClientFile(std::string_view text) {
@@ -123,9 +133,10 @@ ClientInForce requireClient() {
   }
 }
 
-ClientInForce takeOverClientFile(const fs::path& file) {
+TakenClient takeOverClientFile(const fs::path& file) {
   const auto bytes = readClientFile(file);
   const auto client = parseClientFile(bytes);
+  requirePermittedAddress(client);
   const auto former = clientInForce();
   const auto folder = platform::userResourceFolder();
   if (!folder) throw ClientFileError(localizedString("There is no home folder to keep it in."));
@@ -135,8 +146,14 @@ ClientInForce takeOverClientFile(const fs::path& file) {
     throw ClientFileError(localizedFormat("The client file could not be kept: %s",
                                           {platform::oneLine(error.what())}));
   }
-  if (!former || former->client.config.clientID != client.config.clientID) forgetFigures();
-  return {client, *folder / fileName};
+  TakenClient taken{{client, *folder / fileName}, std::nullopt};
+  if (former && former->client.config.clientID == client.config.clientID) return taken;
+  try {
+    forgetFigures();
+  } catch (const SignInError& error) {
+    taken.left = error;
+  }
+  return taken;
 }
 
 }  // namespace companion

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "VelmoraWidget/OAuthConfig.hpp"
+#include "companion/sign_in_error.hpp"
 
 namespace companion {
 
@@ -45,8 +46,15 @@ std::optional<ClientInForce> clientInForce();
 /// The same. Throws SignInError (noClientFile, unusableClientFile).
 ClientInForce requireClient();
 
-/// Checks a file and takes it over for this user, whole or not at all. Another client than before
-/// forgets the account and the figures of the former one. Throws ClientFileError.
-ClientInForce takeOverClientFile(const std::filesystem::path& file);
+struct TakenClient {
+  ClientInForce client;
+  /// Why the account and the figures of the client before are still there.
+  std::optional<SignInError> left;
+};
+
+/// Checks a file and takes it over for this user. On a ClientFileError nothing has changed. Another
+/// client than before forgets the account and the figures of the former one; that this cannot be
+/// done does not keep it out.
+TakenClient takeOverClientFile(const std::filesystem::path& file);
 
 }  // namespace companion

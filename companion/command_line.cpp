@@ -2,8 +2,12 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <cmath>
+#include <tuple>
 
+#include "companion/history/history_file.hpp"
+#include "companion/news/kind.hpp"
 #include "platform/foundation/text.hpp"
 
 namespace companion {
@@ -32,11 +36,56 @@ void addAmount(CLI::App& command, const std::string& name, std::optional<double>
       ->type_name("AMOUNT");
 }
 
+std::string checkOutput(const std::string& file) {
+  return historyFile(file) ? "" : "'" + file + "' does not end in .csv, .json, .png, .svg or .pdf";
+}
+
+std::string checkScale(const std::string& text) {
+  double scale = 0;
+  const bool isNumber = CLI::detail::lexical_cast(text, scale);
+  return isNumber && scale > 0 && scale <= 8 ? "" : "'" + text + "' is not above 0 and at most 8";
+}
+
 CLI::App& addCommand(CLI::App& app, CommandLine& line, const std::string& name,
                      CommandLine::Command command, const std::string& description) {
   auto* added = app.add_subcommand(name, description);
   added->callback([&line, command] { line.command = command; });
   return *added;
+}
+
+void declareHistory(CLI::App& app, CommandLine& line) {
+  auto& history = addCommand(app, line, "history", CommandLine::Command::history,
+                             "Show the days behind the figures, or their chart");
+  history.add_option("--days", line.days, "how many, up to today: 1 to 730 (default 35)")
+      ->check(CLI::Range(1, mostDays))
+      ->type_name("N");
+  history.add_flag("--offline", line.isOffline, "ask nobody, show what was fetched last");
+  history
+      .add_option("--output", line.output,
+                  "file ending in .csv or .json, or in .png, .svg or .pdf for the chart")
+      ->check(CLI::Validator([](std::string& text) { return checkOutput(text); }, ""))
+      ->type_name("FILE");
+  history.add_option("--scale", line.scale, "of the chart: device pixels per point (default 1)")
+      ->check(CLI::Validator([](std::string& text) { return checkScale(text); }, ""))
+      ->type_name("S");
+}
+
+void addNewsCommand(CLI::App& app, CommandLine& line) {
+  auto& news = addCommand(app, line, "news", CommandLine::Command::news,
+                          "Tell what has happened that was not told yet");
+  auto* peek = news.add_flag("--peek", line.peek, "do not remember what is told");
+  const CLI::Validator isKind(
+      [](std::string& text) -> std::string {
+        const auto kinds = companion::news::kinds();
+        const bool isOne = std::any_of(kinds.begin(), kinds.end(),
+                                       [&text](const auto& kind) { return kind.id == text; });
+        return isOne ? "" : "'" + text + "' is no kind of news";
+      },
+      "");
+  for (const auto& [name, chosen, description] :
+       {std::tuple("--on", &line.newsOn, "tell this kind, repeatable"),
+        std::tuple("--off", &line.newsOff, "do not tell this kind, repeatable")})
+    news.add_option(name, *chosen, description)->check(isKind)->type_name("KIND")->excludes(peek);
 }
 
 void declare(CLI::App& app, CommandLine& line, int& timeout) {
@@ -59,6 +108,8 @@ void declare(CLI::App& app, CommandLine& line, int& timeout) {
   client.add_option("FILE", line.clientFile, "the JSON file of the Google Cloud console");
   auto& status = addCommand(app, line, "status", Command::status, "Show what is at hand");
   status.add_flag("--check", line.check, "fetch fresh figures first, and say how that went");
+  declareHistory(app, line);
+  addNewsCommand(app, line);
 }
 
 }  // namespace
@@ -78,6 +129,10 @@ std::optional<EarlyExit> parseCommandLine(int argumentCount, char** arguments, C
     return EarlyExit{0, version.what()};
   } catch (const CLI::ParseError& error) {
     return EarlyExit{2, platform::oneLine(error.what())};
+  }
+  for (const auto& kind : line.newsOn) {
+    if (std::find(line.newsOff.begin(), line.newsOff.end(), kind) != line.newsOff.end())
+      return EarlyExit{2, "'" + kind + "' cannot be on and off"};
   }
   line.timeout = std::chrono::seconds(timeout);
   return std::nullopt;

@@ -3,12 +3,13 @@
 #include <chrono>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace companion {
 
 /// What a call asks for.
 struct CommandLine {
-  enum class Command { window, signIn, signOut, goals, client, status };
+  enum class Command { window, signIn, signOut, goals, client, status, history, news };
 
   Command command = Command::window;
   bool printAddress = false;
@@ -17,6 +18,13 @@ struct CommandLine {
   std::optional<double> monthly;  ///< finite and above zero
   std::optional<std::string> clientFile;
   bool check = false;
+  int days = 35;
+  bool isOffline = false;
+  std::optional<std::string> output;  ///< a file with an ending that is known
+  double scale = 1;                   ///< device pixels per point, above 0 to 8
+  bool peek = false;
+  std::vector<std::string> newsOn;   ///< kinds of news
+  std::vector<std::string> newsOff;  ///< others
 };
 
 /// How a call that is only answered ends: the text for standard output or, with a status other

@@ -6,6 +6,9 @@
 #include <iostream>
 
 #include "companion/client_file.hpp"
+#include "companion/former_figures.hpp"
+#include "companion/history_command.hpp"
+#include "companion/news/news_command.hpp"
 #include "companion/running_host.hpp"
 #include "companion/sign_in_command.hpp"
 #include "companion/status.hpp"
@@ -14,6 +17,7 @@
 #include "platform/foundation/localized_strings.hpp"
 #include "platform/foundation/standard_streams.hpp"
 #include "platform/foundation/text.hpp"
+#include "platform/processes/process.hpp"
 
 namespace companion {
 
@@ -21,13 +25,18 @@ namespace {
 
 using platform::Json;
 
-int complain(const std::string& message) {
-  std::cerr << "velmora: " << platform::oneLine(message) << std::endl;
+/// Prints one line, and returns the exit status that goes with it.
+int complain(const std::vector<std::string>& sentences) {
+  std::cerr << "velmora:";
+  for (const auto& sentence : sentences) {
+    if (!sentence.empty()) std::cerr << ' ' << platform::oneLine(sentence);
+  }
+  std::cerr << std::endl;
   return 1;
 }
 
 int print(const std::string& line) {
-  return platform::printLine(line) ? 0 : complain("cannot write to standard output");
+  return platform::printLine(line) ? 0 : complain({"cannot write to standard output"});
 }
 
 int print(const Json& json) { return print(platform::printJson(json)); }
@@ -37,28 +46,39 @@ Json jsonForm(const std::optional<ClientInForce>& client) {
   return {{"clientID", client->client.config.clientID}, {"file", client->file.string()}};
 }
 
+Json jsonForm(const Failure& failure) {
+  Json json{{"error", failure.description},
+            {"kind", nameOf(failure.kind)},
+            {"title", failure.title},
+            {"advice", failure.advice}};
+  if (!failure.page.empty()) json["page"] = failure.page;
+  return json;
+}
+
 template <class Value>
 Json orNull(const std::optional<Value>& value) {
   return value ? Json(*value) : Json(nullptr);
 }
 
 int openWindow() {
-  const auto program = findProgram("velmora-window");
+  const auto program = platform::findProgram("velmora-window");
   if (!program.empty()) execl(program.c_str(), program.c_str(), nullptr);
   return complain(
-      platform::localizedString("The window is not installed. See \"velmora --help\" for what the "
-                                "terminal offers."));
+      {platform::localizedString("The window is not installed. See \"velmora --help\" for what the "
+                                 "terminal offers.")});
 }
 
 int signOutCommand() {
-  const bool withdrawn = signOut();
+  const auto outcome = tryToSignOut();
   refreshRunningHost();
-  if (!withdrawn)
-    std::cerr << "velmora: "
-              << platform::localizedString(
-                     "The provider could not be told. To withdraw the permission there too, "
-                     "remove Velmora from the third-party access of your Google Account.")
-              << std::endl;
+  const auto withdrawal =
+      outcome.isWithdrawn
+          ? ""
+          : platform::localizedString(
+                "The provider could not be told. To withdraw the permission there too, remove "
+                "Velmora from the third-party access of your Google Account.");
+  if (outcome.left) return complain({outcome.left->what(), withdrawal});
+  if (!outcome.isWithdrawn) complain({withdrawal});
   return 0;
 }
 
@@ -77,7 +97,8 @@ int clientCommand(const CommandLine& line) {
   if (line.clientFile) {
     const auto taken = takeOverClientFile(*line.clientFile);
     refreshRunningHost();
-    return print(jsonForm(taken));
+    if (taken.left) complain({taken.left->what()});
+    return print(jsonForm(taken.client));
   }
   return print(jsonForm(requireClient()));
 }
@@ -92,9 +113,16 @@ int statusCommand(const CommandLine& line) {
             {"snapshot", status.snapshot ? velmora::jsonForm(*status.snapshot) : Json(nullptr)}};
   if (line.check) {
     json["check"] = {{"ok", !problem}};
-    if (problem) json["check"]["error"] = problem->description;
+    if (problem) json["check"].update(jsonForm(*problem));
   }
   return print(json);
+}
+
+int historyCommand(const CommandLine& line) {
+  const auto outcome = historyFromTerminal(line);
+  const int status = outcome.output.empty() ? 0 : print(outcome.output);
+  if (status == 0 && !outcome.warning.empty()) complain({outcome.warning});
+  return status;
 }
 
 }  // namespace
@@ -102,6 +130,7 @@ int statusCommand(const CommandLine& line) {
 int runCommand(const CommandLine& line) {
   using Command = CommandLine::Command;
   try {
+    settleFigures();
     switch (line.command) {
       case Command::signIn:
         return print(signInFromTerminal(line));
@@ -113,12 +142,16 @@ int runCommand(const CommandLine& line) {
         return clientCommand(line);
       case Command::status:
         return statusCommand(line);
+      case Command::history:
+        return historyCommand(line);
+      case Command::news:
+        return news::runNewsCommand(line) ? 0 : complain({"cannot write to standard output"});
       case Command::window:
         break;
     }
     return openWindow();
   } catch (const std::exception& error) {
-    return complain(error.what());
+    return complain({error.what()});
   }
 }
 

@@ -71,12 +71,14 @@ std::string page(const char* rings, const std::string& title, const std::string&
 std::string successPage(const std::string& account) {
   return page(goodRings, localizedString("You are signed in"),
               paragraph(account, " class=\"who\"") +
-                  paragraph(localizedString("Velmora shows your figures from now on. You can "
-                                            "close this page.")));
+                  paragraph(localizedString("Velmora shows your figures from now on. Close "
+                                            "this page and go back to Velmora.")));
 }
 
 std::string failurePage(const std::string& reason) {
-  return page(badRings, localizedString("The sign-in did not succeed"), paragraph(reason));
+  return page(
+      badRings, localizedString("The sign-in did not succeed"),
+      paragraph(reason) + paragraph(localizedString("Close this page and go back to Velmora.")));
 }
 
 std::string strangerPage() {

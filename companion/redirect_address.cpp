@@ -11,7 +11,8 @@ std::optional<RedirectAddress> loopbackRedirect(const Client& client) {
                       (origin->host == "127.0.0.1" || origin->host == "localhost");
     // User information in front of the host, a query or a fragment would not come back as they are.
     if (!here || origin->port == "0" || uri.find_first_of("@?#") != std::string::npos) continue;
-    return RedirectAddress{uri, std::stoi(origin->port), platform::pathOf(uri)};
+    return RedirectAddress{uri, std::stoi(origin->port), platform::pathOf(uri),
+                           origin->host == "localhost"};
   }
   return std::nullopt;
 }

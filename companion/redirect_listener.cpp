@@ -1,51 +1,68 @@
 #include "companion/redirect_listener.hpp"
 
 #include <libsoup/soup.h>
-#include <sys/resource.h>
 
 #include <vector>
 
+#include "companion/connection_gate.hpp"
 #include "companion/end_page.hpp"
-#include "companion/sign_in_error.hpp"
-#include "platform/foundation/raii.hpp"
+#include "companion/loopback_peer.hpp"
 
 namespace companion {
 
 namespace {
 
-template <class T>
-using Object = platform::Owned<T, g_object_unref>;
-using Error = platform::Owned<GError, g_error_free>;
+using platform::Reference;
 using Uri = platform::Owned<GUri, g_uri_unref>;
-using Uris = platform::Owned<GSList, +[](GSList* list) {
-  g_slist_free_full(list, reinterpret_cast<GDestroyNotify>(g_uri_unref));
-}>;
 
 constexpr unsigned longestDelivery = 2'000;  // milliseconds
 
+constexpr const char* pageType = "text/html; charset=utf-8";
+constexpr std::pair<const char*, const char*> pageHeaders[] = {
+    {"Cache-Control", "no-store"},
+    {"Referrer-Policy", "no-referrer"},
+    {"X-Content-Type-Options", "nosniff"},
+    {"Content-Security-Policy",
+     "default-src 'none'; style-src 'unsafe-inline'; img-src data:; frame-ancestors 'none'"},
+    {"Allow", "GET"},
+    {"Connection", "close"}};
+
 void respond(SoupServerMessage* message, unsigned status, const std::string& page) {
   SoupMessageHeaders* headers = soup_server_message_get_response_headers(message);
-  const std::pair<const char*, const char*> fields[] = {
-      {"Cache-Control", "no-store"},
-      {"Referrer-Policy", "no-referrer"},
-      {"X-Content-Type-Options", "nosniff"},
-      {"Content-Security-Policy",
-       "default-src 'none'; style-src 'unsafe-inline'; img-src data:; frame-ancestors 'none'"},
-      {"Connection", "close"}};
-  for (const auto& [name, value] : fields) soup_message_headers_replace(headers, name, value);
-  if (status == SOUP_STATUS_METHOD_NOT_ALLOWED)
-    soup_message_headers_replace(headers, "Allow", "GET");
+  for (const auto& [name, value] : pageHeaders) soup_message_headers_replace(headers, name, value);
   soup_server_message_set_status(message, status, nullptr);
-  soup_server_message_set_response(message, "text/html; charset=utf-8", SOUP_MEMORY_COPY,
-                                   page.data(), page.size());
+  soup_server_message_set_response(message, pageType, SOUP_MEMORY_COPY, page.data(), page.size());
 }
 
-/// Idle connections must not use the descriptors up: without one, the listener would go deaf.
-void raiseDescriptorLimit() {
-  rlimit limit{};
-  if (::getrlimit(RLIMIT_NOFILE, &limit) != 0) return;
-  limit.rlim_cur = limit.rlim_max;
-  ::setrlimit(RLIMIT_NOFILE, &limit);
+bool hasBody(SoupServerMessage* message) {
+  SoupMessageHeaders* headers = soup_server_message_get_request_headers(message);
+  return soup_message_headers_get_encoding(headers) != SOUP_ENCODING_CONTENT_LENGTH
+             ? soup_message_headers_get_encoding(headers) != SOUP_ENCODING_NONE
+             : soup_message_headers_get_content_length(headers) > 0;
+}
+
+/// The whole answer, for a connection that the server library still reads from.
+std::string written(unsigned status, const std::string& page) {
+  auto text = "HTTP/1.1 " + std::to_string(status) + " " + soup_status_get_phrase(status) + "\r\n";
+  for (const auto& [name, value] : pageHeaders) text += std::string(name) + ": " + value + "\r\n";
+  return text + "Content-Type: " + pageType + "\r\nContent-Length: " + std::to_string(page.size()) +
+         "\r\n\r\n" + page;
+}
+
+/// Answers before the body, which the server library would read first. What still comes is thrown
+/// away for a moment, since a connection that is closed over it would take the answer along.
+void refuseBody(SoupServerMessage* message, unsigned status, GSocket* connection) {
+  soup_message_body_set_accumulate(soup_server_message_get_request_body(message), FALSE);
+  soup_server_message_set_status(message, status, nullptr);
+  const auto text = written(status, strangerPage());
+  g_socket_send(connection, text.data(), text.size(), nullptr, nullptr);
+  g_socket_shutdown(connection, FALSE, TRUE, nullptr);
+  const auto end = [](gpointer socket) {
+    ConnectionGate::end(G_SOCKET(socket));
+    return gboolean{G_SOURCE_REMOVE};
+  };
+  g_timeout_add_full(G_PRIORITY_DEFAULT, longestDelivery, end, g_object_ref(connection),
+                     g_object_unref);
 }
 
 std::string textOf(const char* part) { return part == nullptr ? "" : part; }
@@ -61,19 +78,15 @@ std::string asServed(const std::string& path) {
 
 class RedirectListener::Server {
  public:
-  Server(int port, const std::string& path, Judge belongsHere)
-      : path_(asServed(path)),
+  Server(const RedirectAddress& address, Judge belongsHere)
+      : path_(asServed(address.path)),
         belongsHere_(std::move(belongsHere)),
-        server_(soup_server_new("server-header", "", nullptr)) {
-    raiseDescriptorLimit();
-    const Object<GInetAddress> loopback(g_inet_address_new_loopback(G_SOCKET_FAMILY_IPV4));
-    const Object<GSocketAddress> address(
-        g_inet_socket_address_new(loopback.get(), static_cast<guint16>(port)));
-    GError* failure = nullptr;
-    const bool listens = soup_server_listen(server_.get(), address.get(),
-                                            static_cast<SoupServerListenOptions>(0), &failure);
-    const Error error(failure);
-    if (!listens) throw SignInError(SignInError::Case::portTaken, std::to_string(port));
+        server_(soup_server_new("server-header", "", nullptr)),
+        gate_(listenOnLoopback(address.port, address.isNamed), [this](auto* connection, auto* here,
+                                                                      auto* there) {
+          soup_server_accept_iostream(server_.get(), G_IO_STREAM(connection), here, there, nullptr);
+        }) {
+    soup_server_add_early_handler(server_.get(), nullptr, readHead, this, nullptr);
     soup_server_add_handler(server_.get(), nullptr, handle, this, nullptr);
   }
 
@@ -85,10 +98,7 @@ class RedirectListener::Server {
   Server(const Server&) = delete;
   Server& operator=(const Server&) = delete;
 
-  [[nodiscard]] int port() const {
-    const Uris uris(soup_server_get_uris(server_.get()));
-    return uris ? g_uri_get_port(static_cast<GUri*>(uris->data)) : 0;
-  }
+  [[nodiscard]] int port() const { return gate_.port(); }
 
   void answer(const std::string& page, std::function<void()> sent) {
     page_ = page;
@@ -102,22 +112,46 @@ class RedirectListener::Server {
   }
 
  private:
+  static void readHead(SoupServer*, SoupServerMessage* message, const char*, GHashTable*,
+                       gpointer server) {
+    static_cast<Server*>(server)->readHead(message);
+  }
   static void handle(SoupServer*, SoupServerMessage* message, const char*, GHashTable*,
                      gpointer server) {
     static_cast<Server*>(server)->handle(message);
   }
 
+  /// What is wrong with a request, whatever its query says; SOUP_STATUS_NONE without anything.
+  [[nodiscard]] unsigned problemOf(SoupServerMessage* message, GSocket* connection) const {
+    if (textOf(soup_server_message_get_method(message)) != "GET")
+      return SOUP_STATUS_METHOD_NOT_ALLOWED;
+    if (textOf(g_uri_get_path(soup_server_message_get_uri(message))) != path_)
+      return SOUP_STATUS_NOT_FOUND;
+    if (hasBody(message)) return SOUP_STATUS_REQUEST_ENTITY_TOO_LARGE;
+    // Another user may have read the address from the browser's command line.
+    if (connection == nullptr || peerOf(connection) == Peer::otherUser)
+      return SOUP_STATUS_FORBIDDEN;
+    return SOUP_STATUS_NONE;
+  }
+
+  void readHead(SoupServerMessage* message) {
+    GSocket* connection = gate_.find(soup_server_message_get_remote_address(message));
+    const auto problem = problemOf(message, connection);
+    if (problem == SOUP_STATUS_NONE) return;
+    if (connection != nullptr && hasBody(message))
+      refuseBody(message, problem, connection);
+    else
+      respond(message, problem, strangerPage());
+  }
+
+  /// A request with nothing wrong but perhaps its query.
   void handle(SoupServerMessage* message) {
-    GUri* uri = soup_server_message_get_uri(message);
-    if (textOf(soup_server_message_get_method(message)) != "GET") {
-      respond(message, SOUP_STATUS_METHOD_NOT_ALLOWED, strangerPage());
-    } else if (textOf(g_uri_get_path(uri)) != path_) {
-      respond(message, SOUP_STATUS_NOT_FOUND, strangerPage());
-    } else if (!belongsHere_(textOf(g_uri_get_query(uri)))) {
+    if (!belongsHere_(textOf(g_uri_get_query(soup_server_message_get_uri(message))))) {
       respond(message, SOUP_STATUS_BAD_REQUEST, strangerPage());
     } else if (!page_.empty()) {
       respond(message, SOUP_STATUS_OK, page_);
     } else {
+      gate_.keep(soup_server_message_get_remote_address(message));
       waiting_.emplace_back(static_cast<SoupServerMessage*>(g_object_ref(message)));
       g_signal_connect(message, "finished", G_CALLBACK(finished), this);
       soup_server_message_pause(message);
@@ -143,15 +177,16 @@ class RedirectListener::Server {
 
   std::string path_;
   Judge belongsHere_;
-  Object<SoupServer> server_;
-  std::vector<Object<SoupServerMessage>> waiting_;
+  Reference<SoupServer> server_;
+  ConnectionGate gate_;
+  std::vector<Reference<SoupServerMessage>> waiting_;
   std::string page_;
   std::function<void()> sent_;
   unsigned delivery_ = 0;  // source that ends the wait for the browser
 };
 
-RedirectListener::RedirectListener(int port, std::string path, Judge belongsHere)
-    : server_(std::make_unique<Server>(port, std::move(path), std::move(belongsHere))) {}
+RedirectListener::RedirectListener(const RedirectAddress& address, Judge belongsHere)
+    : server_(std::make_unique<Server>(address, std::move(belongsHere))) {}
 
 RedirectListener::~RedirectListener() = default;
 

@@ -4,18 +4,21 @@
 #include <memory>
 #include <string>
 
+#include "companion/redirect_address.hpp"
+
 namespace companion {
 
-/// Listens on 127.0.0.1 alone for the browser that comes back from the provider (RFC 8252, section
-/// 7.3), in the default main context. The browser that brings the answer is kept waiting until
-/// `answer`; every other request gets an error page and changes nothing.
+/// Listens on this machine alone for the browser that comes back from the provider (RFC 8252,
+/// section 7.3), in the default main context. The browser that brings the answer is kept waiting
+/// until `answer`; every other request, and every other user's, gets an error page and changes
+/// nothing. A request is judged by its head; a body is never kept.
 class RedirectListener {
  public:
   /// Whether the query of a GET for the path belongs to this sign-in; called on the main loop.
   using Judge = std::function<bool(const std::string& query)>;
 
-  /// Port 0 takes a free one. Throws SignInError (portTaken).
-  RedirectListener(int port, std::string path, Judge belongsHere);
+  /// Throws SignInError as listenOnLoopback does.
+  RedirectListener(const RedirectAddress& address, Judge belongsHere);
   ~RedirectListener();
   RedirectListener(const RedirectListener&) = delete;
   RedirectListener& operator=(const RedirectListener&) = delete;

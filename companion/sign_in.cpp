@@ -9,13 +9,16 @@
 #include "VelmoraWidget/AdSenseBaseURL.hpp"
 #include "VelmoraWidget/AdSenseClient.hpp"
 #include "VelmoraWidget/RequestTimeout.hpp"
+#include "companion/account_name.hpp"
 #include "companion/authorization.hpp"
-#include "companion/beside.hpp"
 #include "companion/client_file.hpp"
 #include "companion/end_page.hpp"
+#include "companion/former_figures.hpp"
+#include "companion/main_loop_tasks.hpp"
 #include "companion/redirect_address.hpp"
 #include "companion/redirect_listener.hpp"
 #include "companion/running_host.hpp"
+#include "companion/sign_in_words.hpp"
 #include "companion/token_exchange.hpp"
 #include "companion/user_data.hpp"
 #include "platform/foundation/http.hpp"
@@ -65,27 +68,42 @@ void keepToken(const std::string& token) {
   try {
     storeRefreshToken(token);
   } catch (const SignInError&) {
-    const auto stored = isStoredToken(token);
-    if (stored == true) return;
-    if (stored == false) revokeToken(token);  // nobody is to hold what was granted in vain
-    throw;
+    if (isStoredToken(token) != true) throw;
   }
 }
 
-/// Puts the new user in the former one's place, once the token is stored and not before.
-std::string settle(const Grant& grant, std::chrono::milliseconds timeout) {
-  std::optional<velmora::Account> account;
+/// Puts the new user in the former one's place. A failure changes nothing, and whenever this is
+/// killed, the new token is not beside the former figures.
+void replaceUser(const std::string& token, const std::optional<velmora::Account>& account) {
+  putFiguresAside();
   try {
-    account = firstAccount(grant, timeout);
+    keepToken(token);
   } catch (const SignInError&) {
-    revokeToken(grant.refreshToken);
+    settleFigures();
     throw;
   }
-  keepToken(grant.refreshToken);
-  forgetFigures();
-  if (!account) return "";
-  platform::UserDefaults::standard().setString(velmora::accountCacheKey, account->name);
-  return platform::oneLine(account->displayName.value_or(account->name));
+  try {
+    forgetFigures();
+  } catch (const SignInError&) {
+    settleFigures();  // aside they are out of sight until they can be forgotten
+  }
+  if (account)
+    platform::UserDefaults::standard().setString(velmora::accountCacheKey, account->name);
+}
+
+/// Throws SignInError; nobody is then to hold what was granted in vain.
+std::string settle(const Grant& grant, std::chrono::milliseconds timeout) {
+  try {
+    const auto account = firstAccount(grant, timeout);
+    replaceUser(grant.refreshToken, account);
+    if (!account) return "";
+    const auto name = platform::oneLine(account->displayName.value_or(account->name));
+    keepAccountName(account->name, name);
+    return name;
+  } catch (const SignInError&) {
+    if (isStoredToken(grant.refreshToken) == false) revokeToken(grant.refreshToken);
+    throw;
+  }
 }
 
 }  // namespace
@@ -93,15 +111,14 @@ std::string settle(const Grant& grant, std::chrono::milliseconds timeout) {
 class SignIn::Flow : public std::enable_shared_from_this<SignIn::Flow> {
  public:
   Flow(std::chrono::seconds timeLimit, SignInEvents events)
-      : deadline_(Clock::now() + timeLimit), events_(std::move(events)) {}
+      : deadline_(Clock::now() + timeLimit), events_(std::move(events)), mayAsk_(events_.unlock) {}
   ~Flow() { stopTimer(); }
   Flow(const Flow&) = delete;
   Flow& operator=(const Flow&) = delete;
 
   void start() {
     timer_ = g_timeout_add(static_cast<unsigned>(timeLeft().count()), timeIsUp, this);
-    auto self = shared_from_this();
-    runBeside([self] { self->prepare(); }, [self] { self->listen(); });
+    lookAround();
   }
 
   void cancel() {
@@ -123,6 +140,11 @@ class SignIn::Flow : public std::enable_shared_from_this<SignIn::Flow> {
                     std::chrono::duration_cast<Milliseconds>(deadline_ - Clock::now()));
   }
 
+  void lookAround() {
+    auto self = shared_from_this();
+    runBeside([self] { self->prepare(); }, [self] { self->listen(); });
+  }
+
   /// Beside the main loop: everything that can be found out before the browser opens.
   void prepare() {
     outcome_.error = errorOf([this] {
@@ -137,20 +159,34 @@ class SignIn::Flow : public std::enable_shared_from_this<SignIn::Flow> {
   void listen() {
     if (over_) return;
     if (!outcome_.error) outcome_.error = errorOf([this] { openListener(); });
-    if (outcome_.error) {
+    if (outcome_.error && outcome_.error->kind == SignInError::Case::keyringLocked && mayAsk_) {
+      askToUnlock();
+    } else if (outcome_.error) {
       end(outcome_);
     } else if (events_.waiting) {
       events_.waiting(authorizationAddress(client_.config, request_));
     }
   }
 
+  /// Once: who has just unlocked the keyring is not asked again.
+  void askToUnlock() {
+    mayAsk_ = false;
+    auto self = shared_from_this();
+    events_.unlock([self](bool isUsable) {
+      if (self->over_) return;
+      if (isUsable)
+        self->lookAround();
+      else
+        self->end(self->outcome_);
+    });
+  }
+
   void openListener() {
-    const auto fixed = client_.isWeb ? loopbackRedirect(client_) : std::nullopt;
+    const auto address = client_.isWeb ? *loopbackRedirect(client_) : RedirectAddress{};
     listener_ = std::make_unique<RedirectListener>(
-        fixed ? fixed->port : 0, fixed ? fixed->path : "/",
-        [this](const std::string& query) { return receive(query); });
+        address, [this](const std::string& query) { return receive(query); });
     request_ = makeAuthorizationRequest(
-        fixed ? fixed->uri : "http://127.0.0.1:" + std::to_string(listener_->port()));
+        client_.isWeb ? address.uri : "http://127.0.0.1:" + std::to_string(listener_->port()));
   }
 
   /// Whether a redirect belongs to this sign-in. The first one decides; a browser may repeat it,
@@ -185,8 +221,8 @@ class SignIn::Flow : public std::enable_shared_from_this<SignIn::Flow> {
   void tell() {
     if (over_ || !listener_) return;
     if (!outcome_.error) refreshRunningHost();
-    const auto page =
-        outcome_.error ? failurePage(outcome_.error->what()) : successPage(outcome_.account);
+    const auto page = outcome_.error ? failurePage(describeSignInFailure(*outcome_.error).advice)
+                                     : successPage(outcome_.account);
     listener_->answer(page, [this] { end(outcome_); });
   }
 
@@ -217,6 +253,7 @@ class SignIn::Flow : public std::enable_shared_from_this<SignIn::Flow> {
 
   Clock::time_point deadline_;
   SignInEvents events_;
+  bool mayAsk_;  ///< for the keyring to be unlocked
   unsigned timer_ = 0;
   bool over_ = false;
   Client client_;

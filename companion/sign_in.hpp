@@ -12,12 +12,16 @@ namespace companion {
 
 /// How a sign-in ended.
 struct SignInOutcome {
-  std::optional<SignInError> error;  ///< nothing was changed
+  std::optional<SignInError> error;  ///< with it, the former user is still there as before
   std::string account;  ///< the AdSense account's display name, else its id; may be unknown
 };
 
 /// What a sign-in tells, always from the main loop.
 struct SignInEvents {
+  /// The keyring is locked, or becomes so: the user is to be asked to unlock it, and `done` to be
+  /// called from the main loop with whether it can be used now. It comes to nothing once the
+  /// sign-in has ended. Without this event, a locked keyring ends the sign-in.
+  std::function<void(std::function<void(bool isUsable)> done)> unlock;
   /// The browser is to open this address; from now on an answer is awaited.
   std::function<void(const std::string& address)> waiting;
   /// The browser's answer has come; a cancellation comes too late from here on.
@@ -36,7 +40,8 @@ class SignIn {
   SignIn(const SignIn&) = delete;
   SignIn& operator=(const SignIn&) = delete;
 
-  /// Ends it with the error `cancelled`, at once, if the answer has not come yet.
+  /// Ends it with the error `cancelled`, at once, if the answer has not come yet: while the keyring
+  /// is looked at or the user is asked to unlock it, too. Then no address is told any more.
   void cancel();
 
  private:

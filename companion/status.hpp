@@ -6,6 +6,7 @@
 #include "VelmoraWidget/Objectives.hpp"
 #include "VelmoraWidget/VelmoraSnapshot.hpp"
 #include "companion/client_file.hpp"
+#include "companion/failure.hpp"
 
 namespace companion {
 
@@ -20,22 +21,8 @@ struct Status {
 
 Status currentStatus();
 
-/// The first error that a refresh met.
-struct RefreshFailure {
-  enum class Case {
-    signedOut,    ///< the provider does not take the sign-in any more
-    unreachable,  ///< no answer came
-    forbidden,    ///< the provider does not let this client or user read
-    tooMany,      ///< too many requests for now
-    other
-  };
-
-  Case kind = Case::other;
-  std::string description;  ///< in the user's language
-};
-
-/// Fetches everything anew, as the widget does, and keeps it for the widget. Returns nothing when
-/// all went well.
-std::optional<RefreshFailure> refreshFigures();
+/// Fetches everything anew, as the widget does, and keeps it for the widget. Returns the first
+/// failure that it met, nothing when all went well.
+std::optional<Failure> refreshFigures();
 
 }  // namespace companion

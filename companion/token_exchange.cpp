@@ -44,15 +44,31 @@ std::string textIn(const platform::JsonDecoder& object, const char* key) {
   }
 }
 
+std::string nameOf(int status) { return "HTTP " + std::to_string(status); }
+
+/// Throws SignInError unless the answer is a document that grants something. The status says more
+/// than a body that is no document, or than one that comes with the endpoint's own trouble.
+platform::JsonDecoder documentOf(const platform::HttpResponse& response) {
+  using Case = SignInError::Case;
+  constexpr int tooManyRequests = 429;
+  if (response.status >= 500 || response.status == tooManyRequests)
+    throw SignInError(Case::unavailable, nameOf(response.status));
+  try {
+    platform::JsonDecoder document(response.body);
+    if (document.contains("error")) {
+      const auto error = textIn(document, "error");
+      throw SignInError(Case::refused, error.empty() ? nameOf(response.status) : error);
+    }
+    if (response.status == 200) return document;
+  } catch (const platform::JsonDecodingError& error) {
+    if (response.status == 200) throw SignInError(Case::unreachable, error.what());
+  }
+  throw SignInError(Case::unreachable, nameOf(response.status));
+}
+
 Grant grantFrom(const platform::HttpResponse& response) {
   using Case = SignInError::Case;
-  const platform::JsonDecoder answer(response.body);
-  const auto status = "HTTP " + std::to_string(response.status);
-  if (answer.contains("error")) {
-    const auto error = textIn(answer, "error");
-    throw SignInError(Case::refused, error.empty() ? status : error);
-  }
-  if (response.status != 200) throw SignInError(Case::unreachable, status);
+  const auto answer = documentOf(response);
   const auto access = textIn(answer, "access_token");
   const auto refresh = textIn(answer, "refresh_token");
   const bool hasPermission = !answer.contains("scope") || coversAdSense(textIn(answer, "scope"));
@@ -79,8 +95,6 @@ Grant exchangeCode(const velmora::OAuthConfig& config, const AuthorizationReques
                                    std::min(timeout, velmora::requestTimeout()));
     return grantFrom(response);
   } catch (const platform::TransportError& error) {
-    throw SignInError(SignInError::Case::unreachable, error.what());
-  } catch (const platform::JsonDecodingError& error) {
     throw SignInError(SignInError::Case::unreachable, error.what());
   }
 }

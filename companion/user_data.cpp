@@ -1,14 +1,24 @@
 #include "companion/user_data.hpp"
 
+#include <fcntl.h>
 #include <nlohmann/json.hpp>
+#include <unistd.h>
+
+#include <array>
+#include <cstdlib>
 
 #include "VelmoraWidget/AccountResolution.hpp"
 #include "VelmoraWidget/SharedKeychain.hpp"
 #include "VelmoraWidget/SnapshotCache.hpp"
-#include "companion/sign_in_error.hpp"
+#include "companion/account_name.hpp"
+#include "companion/former_figures.hpp"
+#include "companion/history/store.hpp"
+#include "companion/news/memory_file.hpp"
 #include "companion/token_exchange.hpp"
 #include "platform/foundation/bundle.hpp"
+#include "platform/foundation/files.hpp"
 #include "platform/foundation/json.hpp"
+#include "platform/foundation/raii.hpp"
 #include "platform/foundation/user_defaults.hpp"
 #include "platform/keychain/keychain.hpp"
 
@@ -45,9 +55,37 @@ std::optional<std::string> read(const char* account) {
   }
 }
 
-[[noreturn]] void failToForget() {
+std::string stateFolderName() {
   const auto folder = platform::stateFolder();
-  throw SignInError(SignInError::Case::stateNotWritable, folder ? folder->string() : "~");
+  return folder ? folder->string() : "~";
+}
+
+/// Whether a file can be made and filled there; it has no name that another program could meet.
+bool hasRoom(const std::filesystem::path& folder) {
+  if (!platform::makePrivateFolders(folder)) return false;
+  auto name = (folder / ".velmora-XXXXXX").string();
+  const platform::Descriptor file(::mkostemp(name.data(), O_CLOEXEC));
+  if (!file || ::unlink(name.c_str()) != 0) return false;
+  constexpr std::array<char, 8192> block{};
+  return ::write(file.get(), block.data(), block.size()) == static_cast<ssize_t>(block.size());
+}
+
+/// Throws SignInError.
+void removeToken() {
+  const auto code = platform::removeGenericPassword(keyOf(velmora::refreshTokenAccount));
+  if (code != status::success && code != status::itemNotFound) fail(code);
+}
+
+/// Returns the failure if the token is still there, for all that is known.
+std::optional<SignInError> forgetToken(std::optional<std::string>& token) {
+  try {
+    token = storedToken();
+    removeToken();
+    return std::nullopt;
+  } catch (const SignInError& error) {
+    // Somebody else may have been faster.
+    return isStoredToken(std::nullopt) == true ? std::nullopt : std::optional(error);
+  }
 }
 
 }  // namespace
@@ -72,40 +110,55 @@ void storeGoals(const velmora::Objectives& goals) {
 }
 
 void requireState() {
-  constexpr const char* probe = "companion.probe";
-  const auto defaults = platform::UserDefaults::standard();
-  defaults.setString(probe, probe);
-  const bool stored = defaults.string(probe).has_value();
-  defaults.remove(probe);
-  if (!stored) failToForget();
+  const auto folder = platform::stateFolder();
+  // A change of nothing takes the lock and opens the store for writing, but writes nothing.
+  if (!folder || !hasRoom(*folder) || !platform::UserDefaults::standard().change([](auto&) {}))
+    failToStore();
+}
+
+void failToStore() { throw SignInError(SignInError::Case::stateNotWritable, stateFolderName()); }
+
+std::vector<std::string> figureKeys() {
+  return {velmora::accountCacheKey, accountNameKey, velmora::snapshotCacheKey};
 }
 
 void forgetFigures() {
-  const auto defaults = platform::UserDefaults::standard();
-  defaults.remove(velmora::accountCacheKey);
-  defaults.remove(velmora::snapshotCacheKey);
-  if (defaults.string(velmora::accountCacheKey) || defaults.data(velmora::snapshotCacheKey))
-    failToForget();
+  auto keys = figureKeys();
+  for (const auto& key : asideKeys()) keys.push_back(key);
+  const bool daysAreForgotten = forgetHistory();
+  if (!platform::UserDefaults::standard().forget(keys) || !daysAreForgotten)
+    throw SignInError(SignInError::Case::figuresLeft, stateFolderName());
 }
 
-std::optional<bool> isStoredToken(const std::string& token) {
+std::optional<std::string> storedToken() { return read(velmora::refreshTokenAccount); }
+
+std::optional<bool> isStoredToken(const std::optional<std::string>& token) {
   try {
-    return read(velmora::refreshTokenAccount) == token;
+    return storedToken() == token;
   } catch (const SignInError&) {
     return std::nullopt;
   }
 }
 
+SignOutOutcome tryToSignOut() {
+  SignOutOutcome outcome;
+  std::optional<std::string> token;
+  outcome.left = forgetToken(token);
+  for (const auto forget : {forgetFigures, news::forgetNews}) {
+    try {
+      forget();
+    } catch (const SignInError& error) {
+      if (!outcome.left) outcome.left = error;
+    }
+  }
+  if (token) outcome.isWithdrawn = revokeToken(*token);
+  return outcome;
+}
+
 bool signOut() {
-  const auto token = read(velmora::refreshTokenAccount);
-  requireState();
-  const auto code = platform::removeGenericPassword(keyOf(velmora::refreshTokenAccount));
-  if (code != status::success && code != status::itemNotFound) fail(code);
-  forgetFigures();
-  const bool isWithdrawn = !token || revokeToken(*token);
-  // The provider may have answered a refresh that was under way until now.
-  forgetFigures();
-  return isWithdrawn;
+  const auto outcome = tryToSignOut();
+  if (outcome.left) throw SignInError(*outcome.left);
+  return outcome.isWithdrawn;
 }
 
 }  // namespace companion

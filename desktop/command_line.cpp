@@ -8,9 +8,14 @@ namespace desktop {
 
 namespace {
 
-std::string oneLine(std::string text) {
-  std::replace(text.begin(), text.end(), '\n', ' ');
-  return text;
+std::vector<std::string> familyNames() {
+  std::vector<std::string> names;
+  for (const auto family : offeredFamilies) names.push_back(platform::familyShortName(family));
+  return names;
+}
+
+std::string checkMonitor(const std::string& name) {
+  return name.size() <= longestMonitorName ? "" : "no monitor has a name as long as that";
 }
 
 }  // namespace
@@ -23,16 +28,21 @@ std::optional<EarlyExit> parseCommandLine(const std::vector<std::string>& argume
       "velmora-desktop");
   app.set_version_flag("--version", "velmora-desktop " VELMORA_VERSION);
   std::string corner;
+  std::string family;
+  std::string amounts;
   app.add_option("--widget", line.widget,
                  "the widget program (default: velmora-widget beside "
                  "this program, else on PATH); at the start only");
-  app.add_option("--family", line.family, "size: small, medium or large (default small)")
-      ->check(CLI::IsMember({"small", "medium", "large"}));
+  app.add_option("--family", family, "size: small, medium or large (default small)")
+      ->check(CLI::IsMember(familyNames()));
   app.add_option("--corner", corner, "top-left, top-right (default), bottom-left, bottom-right")
       ->check(CLI::IsMember({"top-left", "top-right", "bottom-left", "bottom-right"}));
   app.add_option("--margin", line.margin, "points from the edges, 0 to 2000 (default 24)")
-      ->check(CLI::Range(0, 2000));
-  app.add_option("--monitor", line.monitor, "a monitor's number from 0, or its name");
+      ->check(CLI::Range(0, largestMargin));
+  app.add_option("--monitor", line.monitor, "a monitor's number from 0, or its name")
+      ->check(CLI::Validator([](std::string& name) { return checkMonitor(name); }, ""));
+  app.add_option("--amounts", amounts, "show (default), or hide them from who passes the screen")
+      ->check(CLI::IsMember({"show", "hide"}));
   app.add_flag("--refresh", line.refresh, "have the running widget fetch fresh figures now");
   app.add_flag("--quit", line.quit, "end the running widget");
   try {
@@ -42,8 +52,10 @@ std::optional<EarlyExit> parseCommandLine(const std::vector<std::string>& argume
   } catch (const CLI::CallForVersion& version) {
     return EarlyExit{0, std::string(version.what()) + "\n"};
   } catch (const CLI::ParseError& error) {
-    return EarlyExit{2, oneLine(error.what())};
+    return EarlyExit{2, error.what()};
   }
+  if (!family.empty()) line.family = offeredFamily(family);
+  if (!amounts.empty()) line.hidesAmounts = amounts == "hide";
   if (!corner.empty()) line.corner = cornerFromName(corner);
   if (line.widget) {
     const auto file = std::filesystem::path(folder) / *line.widget;
@@ -52,11 +64,14 @@ std::optional<EarlyExit> parseCommandLine(const std::vector<std::string>& argume
   return std::nullopt;
 }
 
+bool wantsRunningHost(const CommandLine& line) { return line.refresh || line.quit; }
+
 Placement applied(const CommandLine& line, Placement placement) {
   if (line.family) placement.family = *line.family;
   if (line.corner) placement.corner = *line.corner;
   if (line.margin) placement.margin = *line.margin;
   if (line.monitor) placement.monitor = *line.monitor;
+  if (line.hidesAmounts) placement.hidesAmounts = *line.hidesAmounts;
   // A corner that was asked for undoes what was dragged.
   if (line.corner || line.margin || line.monitor) placement.moved.reset();
   return placement;

@@ -11,10 +11,11 @@ namespace desktop {
 /// What a call asks for; absent means unchanged.
 struct CommandLine {
   std::optional<std::string> widget;  ///< absolute
-  std::optional<std::string> family;
+  std::optional<platform::WidgetFamily> family;
   std::optional<Corner> corner;
   std::optional<int> margin;
   std::optional<std::string> monitor;
+  std::optional<bool> hidesAmounts;
   bool refresh = false;
   bool quit = false;
 };
@@ -29,6 +30,9 @@ struct EarlyExit {
 /// Reads a call. Relative files are taken from `folder`.
 std::optional<EarlyExit> parseCommandLine(const std::vector<std::string>& arguments,
                                           const std::string& folder, CommandLine& line);
+
+/// Whether a call only wants to reach a host that runs.
+bool wantsRunningHost(const CommandLine& line);
 
 /// The choices after a call.
 Placement applied(const CommandLine& line, Placement placement);

@@ -1,133 +1,187 @@
-#include <gio/gio.h>
-#include <glib-unix.h>
-
-#include <algorithm>
 #include <clocale>
+#include <filesystem>
 #include <memory>
 
+#include "desktop/call_service.hpp"
 #include "desktop/command_line.hpp"
-#include "desktop/guarded.hpp"
+#include "desktop/complain.hpp"
+#include "desktop/forced_end.hpp"
 #include "desktop/host.hpp"
-#include "platform/foundation/raii.hpp"
+#include "desktop/picture_folder.hpp"
+#include "desktop/running_host.hpp"
+#include "platform/foundation/glib.hpp"
+#include "platform/foundation/standard_streams.hpp"
+#include "platform/processes/guarded.hpp"
+#include "platform/processes/process.hpp"
 
-// One process of this program shows the widget; a further call hands its options to that one and
-// ends.
+// One process of this program shows the widget: the one that owns its name on the session bus. A
+// further call hands its options to that one and ends.
 
 namespace {
 
 using namespace desktop;
 
+constexpr unsigned longestOpening = 20;  // seconds
+constexpr unsigned busPatience = 5'000;  // milliseconds
+constexpr int mostClaims = 5;
+enum : std::uint32_t { doNotQueue = 4, isOwner = 1, isOwnerAlready = 4 };  // D-Bus, RequestName
+
 struct Session {
-  GApplication* application = nullptr;
+  HostCall call;
+  CommandLine line;
+  platform::GLoop loop{g_main_loop_new(nullptr, FALSE)};
+  platform::Reference<GCancellable> cancellable{g_cancellable_new()};
+  platform::Reference<GDBusConnection> bus;
+  std::unique_ptr<CallService> service;
   std::unique_ptr<Host> host;
+  int claims = 0;
   int status = 0;
+
+  void end(int exitStatus) {
+    status = exitStatus;
+    g_main_loop_quit(loop.get());
+  }
+  void fail(const std::string& problem) {
+    complain(problem);
+    end(1);
+  }
 };
-
-int complain(const std::string& message, int status) {
-  g_printerr("velmora-desktop: %s\n", message.c_str());
-  return status;
-}
-
-/// Without the program's own name, which a call by way of the bus may lack.
-std::vector<std::string> words(char** arguments, int count) {
-  return {arguments + std::min(count, 1), arguments + count};
-}
 
 bool isProgram(const std::string& file) {
   return g_file_test(file.c_str(), G_FILE_TEST_IS_REGULAR) != FALSE &&
          g_file_test(file.c_str(), G_FILE_TEST_IS_EXECUTABLE) != FALSE;
 }
 
-gboolean quit(gpointer data) {
-  g_application_quit(static_cast<Session*>(data)->application);
-  return G_SOURCE_CONTINUE;
-}
-
-/// Starts showing the widget. Returns why not; empty when it is being shown.
-std::string start(Session& session, const CommandLine& line) {
+/// Shows the widget. Returns why not; empty when it is being shown.
+std::string show(Session& session) {
+  const auto& line = session.line;
   if (line.widget && !isProgram(*line.widget))
     return "'" + *line.widget + "' is no program; name another with --widget";
-  const auto program = line.widget ? *line.widget : findProgram("", "velmora-widget");
+  const auto program = line.widget ? *line.widget : platform::findProgram("velmora-widget");
   if (program.empty())
     return "no velmora-widget beside this program or on PATH; name one with --widget";
-  session.host =
-      std::make_unique<Host>(line, program, g_application_get_dbus_connection(session.application),
-                             [&session](int status) {
-                               session.status = status;
-                               quit(&session);
-                             });
+  removeLeftPictureFolders();
+  session.host = std::make_unique<Host>(line, program, session.bus.get(),
+                                        [&session](int status) { session.end(status); });
+  const ForcedEnd limit(longestOpening, "velmora-desktop: the display does not answer\n");
   try {
     session.host->openDisplay();
   } catch (const std::runtime_error& error) {
     session.host.reset();
     return error.what();
   }
-  g_application_hold(session.application);
   return "";
 }
 
-/// Does what a call asks for. Returns why not; empty when it is done.
-std::string carryOut(Session& session, const CommandLine& line) {
+void becomeHost(Session& session) {
+  if (wantsRunningHost(session.line))
+    return session.line.quit ? session.end(0) : session.fail("no widget is running");
+  if (const auto problem = show(session); !problem.empty()) session.fail(problem);
+}
+
+/// Does what a further call asks for.
+HostAnswer answer(Session& session, const HostCall& call) {
+  CommandLine line;
+  // What is said of a wrong call, the calling process has said already.
+  if (const auto early = parseCommandLine(call.words, call.folder, line))
+    return {early->status, early->status == 0 ? "" : early->text};
   if (line.quit) {
-    if (session.host) quit(&session);
-    return "";
+    session.end(0);
+    return {};
   }
-  if (!session.host) return line.refresh ? "no widget is running" : start(session, line);
-  if (line.widget) return "--widget counts at the start only; quit the running widget first";
+  if (!session.host) return {1, "the widget is not shown yet"};
+  if (line.widget) return {1, "--widget counts at the start only; quit the running widget first"};
+  if (!line.refresh && isElsewhere(call.displays, ownDisplays(), session.host->displayKind()))
+    return {1, "the widget is shown on another display of this session; quit it there first"};
   session.host->apply(line);
-  return "";
+  return {};
 }
 
-/// A call's options, of this process or of a further one.
-int handleCommandLine(GApplication*, GApplicationCommandLine* call, gpointer data) {
-  int status = 1;
-  guarded([&] {
-    int count = 0;
-    const platform::Owned<char*, g_strfreev> arguments(
-        g_application_command_line_get_arguments(call, &count));
-    const char* folder = g_application_command_line_get_cwd(call);
-    CommandLine line;
-    const auto early =
-        parseCommandLine(words(arguments.get(), count), folder == nullptr ? "/" : folder, line);
-    if (early) {
-      status = early->status;  // said by the calling process already
-      return;
-    }
-    const auto problem = carryOut(*static_cast<Session*>(data), line);
-    status = problem.empty() ? 0 : 1;
-    if (!problem.empty())
-      g_application_command_line_printerr(call, "velmora-desktop: %s\n", problem.c_str());
+void claimName(Session& session);
+
+/// Nobody is there any more to hand the call to, or nobody was.
+void handedOver(Session& session, const std::optional<HostAnswer>& answer) {
+  if (!answer) return wantsRunningHost(session.line) ? becomeHost(session) : claimName(session);
+  if (answer->status != 0) complain(answer->line);
+  session.end(answer->status);
+}
+
+void handOver(Session& session) {
+  callRunningHost(session.bus.get(), session.call, session.cancellable.get(),
+                  [&session](const auto& answer) { handedOver(session, answer); });
+}
+
+void claimed(GObject* bus, GAsyncResult* result, gpointer data) {
+  auto& session = *static_cast<Session*>(data);
+  const platform::GValueTree reply(
+      g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, nullptr));
+  std::uint32_t outcome = isOwner;  // a bus that does not answer has no other host either
+  if (reply) g_variant_get(reply.get(), "(u)", &outcome);
+  platform::guarded([&] {
+    if (outcome == isOwner || outcome == isOwnerAlready) return becomeHost(session);
+    session.service.reset();
+    handOver(session);
   });
-  return status;
 }
 
-/// Whoever activates the application wants the widget to be there, and it is.
-void handleActivation(GApplication*, gpointer) {}
+/// The calls of others are taken from the moment at which the name is ours.
+void claimName(Session& session) {
+  if (++session.claims > mostClaims) return session.fail("the running widget does not answer");
+  session.service = std::make_unique<CallService>(
+      session.bus.get(), [&session](const HostCall& call) { return answer(session, call); });
+  g_dbus_connection_call(session.bus.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus",
+                         "org.freedesktop.DBus", "RequestName",
+                         g_variant_new("(su)", hostBusName, std::uint32_t{doNotQueue}),
+                         G_VARIANT_TYPE("(u)"), G_DBUS_CALL_FLAGS_NONE, busPatience,
+                         session.cancellable.get(), claimed, &session);
+}
 
-int run(Session& session, int argumentCount, char** arguments) {
-  const platform::Owned<GApplication, g_object_unref> application(
-      g_application_new("com.brenvik.velmora.Desktop", G_APPLICATION_HANDLES_COMMAND_LINE));
-  session.application = application.get();
-  g_signal_connect(application.get(), "command-line", G_CALLBACK(handleCommandLine), &session);
-  g_signal_connect(application.get(), "activate", G_CALLBACK(handleActivation), nullptr);
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) g_unix_signal_add(signal, quit, &session);
-  const int status = g_application_run(application.get(), argumentCount, arguments);
+void busCame(GObject*, GAsyncResult* result, gpointer data) {
+  auto& session = *static_cast<Session*>(data);
+  session.bus.reset(g_bus_get_finish(result, nullptr));
+  g_source_remove_by_user_data(session.cancellable.get());
+  session.cancellable.reset(g_cancellable_new());
+  platform::guarded([&] {
+    if (!session.bus) return becomeHost(session);
+    wantsRunningHost(session.line) ? handOver(session) : claimName(session);
+  });
+}
+
+gboolean busIsSilent(gpointer cancellable) {
+  g_cancellable_cancel(static_cast<GCancellable*>(cancellable));
+  return G_SOURCE_CONTINUE;  // it is removed with the answer
+}
+
+int run(Session& session) {
+  endOnSignals([&session] { session.end(0); });
+  g_bus_get(G_BUS_TYPE_SESSION, session.cancellable.get(), busCame, &session);
+  g_timeout_add(busPatience, busIsSilent, session.cancellable.get());
+  g_main_loop_run(session.loop.get());
+  g_cancellable_cancel(session.cancellable.get());
   session.host.reset();
-  return std::max(status, session.status);
+  if (session.bus) {  // what was answered is still to be sent
+    const ForcedEnd limit(2, "");
+    g_dbus_connection_flush_sync(session.bus.get(), nullptr, nullptr);
+  }
+  return session.status;
 }
 
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
+  platform::occupyStandardStreams();
+  platform::surviveFailedWrites();
   setlocale(LC_ALL, "");
-  CommandLine line;
-  if (const auto early = parseCommandLine(words(arguments, argumentCount), "/", line)) {
-    if (early->status != 0) return complain(early->text, early->status);
-    g_print("%s", early->text.c_str());
-    return 0;
-  }
   g_set_prgname("velmora-desktop");
-  g_set_application_name("Velmora");
   Session session;
-  return run(session, argumentCount, arguments);
+  std::error_code ignored;
+  session.call = {{arguments + (argumentCount > 0), arguments + argumentCount},
+                  std::filesystem::current_path(ignored),
+                  ownDisplays()};
+  if (const auto early = parseCommandLine(session.call.words, session.call.folder, session.line)) {
+    if (early->status == 0) return platform::printLine(early->text) ? 0 : 1;
+    complain(early->text);
+    return early->status;
+  }
+  return run(session);
 }

@@ -4,15 +4,15 @@
 #include <string>
 
 #include "desktop/placement.hpp"
-#include "desktop/process.hpp"
 #include "desktop/screens/screen.hpp"
+#include "platform/processes/process.hpp"
 
 namespace desktop {
 
-/// What was chosen in the menu: a command and, for "family" and "corner", a name; for "open" what
-/// lets a window come to the front.
+/// What was chosen in the menu: a command and, for "family", "corner" and "amounts", a name; for
+/// "open" what lets a window come to the front.
 struct MenuChoice {
-  std::string command;  ///< family, corner, refresh, open, quit; empty when nothing was chosen
+  std::string command;  ///< family, corner, amounts, refresh, open, quit; empty when nothing was
   std::string name;
 };
 
@@ -28,7 +28,7 @@ class Menu {
             std::function<void(const MenuChoice&)> chosen);
 
  private:
-  Process process_;
+  platform::Process process_;
 };
 
 }  // namespace desktop

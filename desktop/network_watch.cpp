@@ -7,13 +7,14 @@
 #include <unistd.h>
 
 #include <array>
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <sstream>
 #include <string>
 #include <vector>
 
-#include "desktop/guarded.hpp"
+#include "platform/processes/guarded.hpp"
 
 namespace desktop {
 
@@ -88,7 +89,7 @@ gboolean NetworkWatch::routesChanged(gint socket, GIOCondition, gpointer watch) 
   while (recv(socket, unread.data(), unread.size(), 0) > 0) {
     // What has changed is seen in the tables.
   }
-  guarded([&] {
+  platform::guarded([&] {
     if (!isNetworkThere()) return;
     auto* self = static_cast<NetworkWatch*>(watch);
     self->stop();

@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "platform/foundation/raii.hpp"
+
 namespace desktop {
 
 /// A folder of our own, for the user alone, that is removed with all it holds.
@@ -20,6 +22,10 @@ class PictureFolder {
 
  private:
   std::filesystem::path path_;
+  platform::Descriptor lock_;  // held while the folder is in use
 };
+
+/// Removes the folders of this user's that a program which was killed left behind.
+void removeLeftPictureFolders();
 
 }  // namespace desktop

@@ -6,9 +6,9 @@
 #include <algorithm>
 #include <array>
 
+#include "desktop/complain.hpp"
 #include "platform/foundation/files.hpp"
 #include "platform/foundation/json.hpp"
-#include "platform/widgets/widget_family.hpp"
 
 namespace desktop {
 
@@ -36,30 +36,15 @@ int length(const platform::JsonDecoder& value) {
   return static_cast<int>(number);
 }
 
-Placement decode(const std::string& document) {
-  const platform::JsonDecoder object(document);
-  Placement placement;
-  placement.family = object.at("family").string();
-  if (familySize(placement.family).width == 0) throw platform::JsonDecodingError("family: unknown");
-  const auto corner = cornerFromName(object.at("corner").string());
-  if (!corner) throw platform::JsonDecodingError("corner: unknown");
-  placement.corner = *corner;
-  placement.margin = length(object.at("margin"));
-  placement.monitor = object.optionalString("monitor").value_or("");
-  if (const auto scale = object.optionalAt("lastScale"))
-    placement.lastScale = scaleOf(scale->number());
-  if (const auto moved = object.optionalAt("moved"))
-    placement.moved = Point{length(moved->at("x")), length(moved->at("y"))};
-  return placement;
-}
-
-/// Moves a file out of the way, so that the next start is not stopped by it either.
-void setAside(const fs::path& file, const char* problem) {
-  g_printerr("velmora-desktop: %s is damaged (%s); it is set aside and the defaults are used\n",
-             file.c_str(), problem);
+/// Moves a file out of the way.
+void setAside(const fs::path& file, const std::string& problem) {
+  complain(file.string() + " is damaged (" + problem +
+           "); it is set aside and the defaults are used");
   std::error_code ignored;
   fs::rename(file, file.string() + ".damaged", ignored);
 }
+
+int kept(int length) { return std::clamp(length, -largestLength, largestLength); }
 
 }  // namespace
 
@@ -80,9 +65,15 @@ std::string cornerName(Corner corner) {
 bool isLeft(Corner corner) { return corner == Corner::topLeft || corner == Corner::bottomLeft; }
 bool isTop(Corner corner) { return corner == Corner::topLeft || corner == Corner::topRight; }
 
-Extent familySize(const std::string& family) {
-  if (family != "small" && family != "medium" && family != "large") return {};
-  const auto size = platform::familySize(*platform::familyFromName(family));
+std::optional<platform::WidgetFamily> offeredFamily(const std::string& name) {
+  for (const auto family : offeredFamilies) {
+    if (platform::familyShortName(family) == name) return family;
+  }
+  return std::nullopt;
+}
+
+Extent sizeInPoints(platform::WidgetFamily family) {
+  const auto size = platform::familySize(family);
   return {static_cast<int>(size.width), static_cast<int>(size.height)};
 }
 
@@ -109,9 +100,36 @@ fs::path placementFile() {
   return fs::path(g_get_user_config_dir()) / "velmora-desktop" / "placement.json";
 }
 
+Placement decodePlacement(const std::string& document) {
+  const platform::JsonDecoder object(document);
+  Placement placement;
+  const auto family = offeredFamily(object.at("family").string());
+  if (!family) throw platform::JsonDecodingError("family: unknown");
+  placement.family = *family;
+  const auto corner = cornerFromName(object.at("corner").string());
+  if (!corner) throw platform::JsonDecodingError("corner: unknown");
+  placement.corner = *corner;
+  placement.margin = length(object.at("margin"));
+  placement.monitor = object.optionalString("monitor").value_or("");
+  if (const auto scale = object.optionalAt("lastScale"))
+    placement.lastScale = scaleOf(scale->number());
+  if (const auto moved = object.optionalAt("moved"))
+    placement.moved = Point{length(moved->at("x")), length(moved->at("y"))};
+  placement.hidesAmounts = object.optionalString("amounts") == "hide";
+  return placement;
+}
+
+Placement keptPlacement() {
+  try {
+    return decodePlacement(platform::readRegularFile(placementFile(), largestFile));
+  } catch (const std::runtime_error&) {
+    return {};
+  }
+}
+
 Placement loadPlacement(const fs::path& file) {
   try {
-    return decode(platform::readRegularFile(file, largestFile));
+    return decodePlacement(platform::readRegularFile(file, largestFile));
   } catch (const platform::JsonDecodingError& error) {
     setAside(file, error.what());
   } catch (const platform::FileError& error) {
@@ -120,18 +138,16 @@ Placement loadPlacement(const fs::path& file) {
   return {};
 }
 
-void savePlacement(const Placement& placement, const fs::path& file) {
-  platform::Json object{{"family", placement.family},
+void storePlacement(const Placement& placement, const fs::path& file) {
+  platform::Json object{{"family", platform::familyShortName(placement.family)},
                         {"corner", cornerName(placement.corner)},
                         {"margin", placement.margin},
                         {"monitor", placement.monitor},
-                        {"lastScale", platform::jsonNumber(placement.lastScale.per120 / 120.0)}};
-  if (placement.moved) object["moved"] = {{"x", placement.moved->x}, {"y", placement.moved->y}};
-  try {
-    platform::writePrivateFile(file, platform::printJson(object) + "\n");
-  } catch (const platform::FileError& error) {
-    g_printerr("velmora-desktop: %s\n", error.what());
-  }
+                        {"lastScale", platform::jsonNumber(placement.lastScale.per120 / 120.0)},
+                        {"amounts", placement.hidesAmounts ? "hide" : "show"}};
+  if (placement.moved)
+    object["moved"] = {{"x", kept(placement.moved->x)}, {"y", kept(placement.moved->y)}};
+  platform::writePrivateFile(file, platform::printJson(object) + "\n");
 }
 
 }  // namespace desktop

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <limits>
 
 #include "platform/foundation/calendar.hpp"
 
@@ -18,11 +17,9 @@ bool isReloadDue(const Schedule& schedule, double now) {
   return now >= schedule.reloadDate || now < schedule.askedAt;
 }
 
-double nextChange(const Schedule& schedule, double now) {
-  double next = isReloadDue(schedule, now) ? now : schedule.reloadDate;
-  if (schedule.isFetching) next = std::numeric_limits<double>::infinity();
-  if (schedule.timeLeft) next = std::min(next, now + std::max(0.0, *schedule.timeLeft));
-  return next;
+std::optional<double> nextChange(const Schedule& schedule, double now) {
+  if (schedule.isFetching) return std::nullopt;
+  return isReloadDue(schedule, now) ? now : schedule.reloadDate;
 }
 
 Schedule rescheduled(std::optional<double> reloadDate, double now) {

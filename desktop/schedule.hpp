@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <optional>
 #include <string>
 
@@ -11,10 +12,11 @@ namespace desktop {
 inline constexpr double regularInterval = 1800;
 /// Of its own accord, or because something has come that was missing, the host asks no more often.
 inline constexpr double shortestInterval = 60;
-/// A widget program that takes longer for a timeline is ended, seconds.
-inline constexpr double longestRun = 360;
+/// A widget program that takes longer for a timeline is ended. In running time (not of the wall
+/// clock, which may be set, nor of suspend).
+inline constexpr std::chrono::seconds longestRun{360};
 /// The same for the figures at hand, which need no network.
-inline constexpr double longestSnapshotRun = 30;
+inline constexpr std::chrono::seconds longestSnapshotRun{30};
 
 /// What the host waits for.
 struct Schedule {
@@ -22,14 +24,11 @@ struct Schedule {
   double reloadDate = 0;  ///< when to ask for the next timeline
   /// A timeline is being fetched; its answer will say when to reload.
   bool isFetching = false;
-  /// After how many seconds of running time (not of the wall clock, which may be set, nor of
-  /// suspend) a program that runs is to be ended; absent while none runs.
-  std::optional<double> timeLeft;
 };
 
-/// When anything changes next: at once (`now`) when it is due, also when the clock was set back
-/// beyond the moment at which the reload date became known.
-double nextChange(const Schedule& schedule, double now);
+/// When to ask next: at once (`now`) when it is due, also when the clock was set back beyond the
+/// moment at which the reload date became known; absent while a timeline is being fetched.
+std::optional<double> nextChange(const Schedule& schedule, double now);
 
 bool isReloadDue(const Schedule& schedule, double now);
 

@@ -3,9 +3,10 @@
 #include <dlfcn.h>
 
 #include <cstring>
-#include <filesystem>
 
-#include "desktop/guarded.hpp"
+#include "desktop/complain.hpp"
+#include "platform/processes/guarded.hpp"
+#include "platform/processes/process.hpp"
 
 namespace desktop {
 
@@ -16,23 +17,6 @@ constexpr const char* busPath = "/org/a11y/bus";
 constexpr const char* statusInterface = "org.a11y.Status";
 constexpr const char* properties = "org.freedesktop.DBus.Properties";
 constexpr int deadline = 5000;  // milliseconds
-
-using Say = void (*)(const char* const*, std::size_t);
-
-/// The bridge is a module of its own, since what it needs is half as large as this whole program.
-Say loadBridge() {
-  std::error_code ignored;
-  const auto program = std::filesystem::read_symlink("/proc/self/exe", ignored);
-  const auto file = program.parent_path().parent_path() / "lib/velmora/screen-reader.so";
-  void* module = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
-  void* start = module == nullptr ? nullptr : dlsym(module, "velmoraStartBridge");
-  void* say = module == nullptr ? nullptr : dlsym(module, "velmoraSay");
-  if (start == nullptr || say == nullptr) {
-    g_printerr("velmora-desktop: no bridge to screen readers: %s\n", dlerror());
-    return nullptr;
-  }
-  return reinterpret_cast<bool (*)()>(start)() ? reinterpret_cast<Say>(say) : nullptr;
-}
 
 bool isForced() {
   const char* forced = g_getenv("ACCESSIBILITY_ENABLED");
@@ -58,8 +42,18 @@ ScreenReader::~ScreenReader() {
 }
 
 void ScreenReader::say(std::vector<std::string> phrases) {
-  const bool isFirst = phrases_.empty();
   phrases_ = std::move(phrases);
+  isHidden_ = false;
+  said();
+}
+
+void ScreenReader::sayHidden() {
+  isHidden_ = true;
+  said();
+}
+
+void ScreenReader::said() {
+  const bool isFirst = !std::exchange(hasSaid_, true);
   pass();
   // Once there is something to say, which is after the first picture.
   if (isFirst && isForced()) {
@@ -70,14 +64,32 @@ void ScreenReader::say(std::vector<std::string> phrases) {
   }
 }
 
+/// The bridge is a module of its own, since what it needs is half as large as this whole program.
+void ScreenReader::loadBridge() {
+  const auto file = platform::installedFile("velmora-screen-reader.so");
+  void* module = file.empty() ? nullptr : dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (module == nullptr)
+    return complain(file.empty() ? "the bridge to screen readers is not installed"
+                                 : std::string("no bridge to screen readers: ") + dlerror());
+  void* start = dlsym(module, "velmoraStartBridge");
+  void* say = dlsym(module, "velmoraSay");
+  void* sayHidden = dlsym(module, "velmoraSayHidden");
+  if (start == nullptr || say == nullptr || sayHidden == nullptr)
+    return complain("the bridge to screen readers is of another version");
+  if (!reinterpret_cast<bool (*)()>(start)()) return;
+  say_ = reinterpret_cast<decltype(say_)>(say);
+  sayHiddenPhrase_ = reinterpret_cast<decltype(sayHiddenPhrase_)>(sayHidden);
+}
+
 void ScreenReader::listen() {
-  if (say_ == nullptr) say_ = loadBridge();
+  if (say_ == nullptr) loadBridge();
   stopWatching();
   pass();
 }
 
 void ScreenReader::pass() const {
   if (say_ == nullptr) return;
+  if (isHidden_) return sayHiddenPhrase_();
   std::vector<const char*> texts;
   for (const auto& phrase : phrases_) texts.push_back(phrase.c_str());
   say_(texts.data(), texts.size());
@@ -100,12 +112,12 @@ void ScreenReader::ask() {
 }
 
 void ScreenReader::asked(GObject* bus, GAsyncResult* result, gpointer reader) {
-  using Variant = platform::Owned<GVariant, g_variant_unref>;
-  const Variant reply(
+  const platform::GValueTree reply(
       g_dbus_connection_call_finish(reinterpret_cast<GDBusConnection*>(bus), result, nullptr));
   if (!reply) return;  // when cancelled, `reader` may be gone
-  const Variant dictionary(g_variant_get_child_value(reply.get(), 0));
-  if (anyEnabled(dictionary.get())) guarded([&] { static_cast<ScreenReader*>(reader)->listen(); });
+  const platform::GValueTree dictionary(g_variant_get_child_value(reply.get(), 0));
+  if (anyEnabled(dictionary.get()))
+    platform::guarded([&] { static_cast<ScreenReader*>(reader)->listen(); });
 }
 
 void ScreenReader::changed(GDBusConnection*, const gchar*, const gchar*, const gchar*, const gchar*,

@@ -1,11 +1,9 @@
 #pragma once
 
-#include <gio/gio.h>
-
 #include <string>
 #include <vector>
 
-#include "platform/foundation/raii.hpp"
+#include "platform/foundation/glib.hpp"
 
 namespace desktop {
 
@@ -21,10 +19,14 @@ class ScreenReader {
   ScreenReader& operator=(const ScreenReader&) = delete;
 
   void say(std::vector<std::string> phrases);
+  /// One phrase instead, which holds no amount.
+  void sayHidden();
 
  private:
   void listen();
+  void loadBridge();
   void pass() const;
+  void said();
   static void appeared(GDBusConnection* bus, const gchar* name, const gchar* owner,
                        gpointer reader);
   static void vanished(GDBusConnection* bus, const gchar* name, gpointer reader);
@@ -36,10 +38,14 @@ class ScreenReader {
 
   GDBusConnection* bus_;
   std::vector<std::string> phrases_;
-  platform::Owned<GCancellable, g_object_unref> cancellable_;
+  platform::Reference<GCancellable> cancellable_;
   unsigned nameWatch_ = 0;
   unsigned subscription_ = 0;
-  void (*say_)(const char* const* phrases, std::size_t count) = nullptr;  // once loaded
+  bool isHidden_ = false;
+  bool hasSaid_ = false;
+  // Once loaded.
+  void (*say_)(const char* const* phrases, std::size_t count) = nullptr;
+  void (*sayHiddenPhrase_)() = nullptr;
 };
 
 }  // namespace desktop

@@ -8,6 +8,8 @@
 #include <cmath>
 #include <cstdint>
 
+#include "platform/processes/guarded.hpp"
+
 namespace desktop {
 
 namespace {
@@ -17,7 +19,7 @@ gboolean readable(gint descriptor, GIOCondition, gpointer fired) {
   // An error says that the clock was set; either way it is time to look.
   const auto count = read(descriptor, &expirations, sizeof expirations);
   static_cast<void>(count);
-  (*static_cast<std::function<void()>*>(fired))();
+  platform::guarded([&] { (*static_cast<std::function<void()>*>(fired))(); });
   return G_SOURCE_CONTINUE;
 }
 
@@ -25,11 +27,6 @@ gboolean readable(gint descriptor, GIOCondition, gpointer fired) {
 
 double wallClock() {
   const std::chrono::duration<double> now = std::chrono::system_clock::now().time_since_epoch();
-  return now.count();
-}
-
-double runningTime() {
-  const std::chrono::duration<double> now = std::chrono::steady_clock::now().time_since_epoch();
   return now.count();
 }
 
@@ -43,12 +40,14 @@ WallClockTimer::~WallClockTimer() {
   close(descriptor_);
 }
 
-void WallClockTimer::set(double unixSeconds) {
+void WallClockTimer::set(std::optional<double> unixSeconds) {
   itimerspec when{};
-  const double whole = std::floor(unixSeconds);
-  when.it_value.tv_sec = static_cast<time_t>(whole);
-  when.it_value.tv_nsec = static_cast<long>((unixSeconds - whole) * 1e9);
-  if (when.it_value.tv_sec <= 0) when.it_value = {0, 1};  // zero would disarm it
+  if (unixSeconds) {
+    const double whole = std::floor(*unixSeconds);
+    when.it_value.tv_sec = static_cast<time_t>(whole);
+    when.it_value.tv_nsec = static_cast<long>((*unixSeconds - whole) * 1e9);
+    if (when.it_value.tv_sec <= 0) when.it_value = {0, 1};  // zero would disarm it
+  }
   timerfd_settime(descriptor_, TFD_TIMER_ABSTIME | TFD_TIMER_CANCEL_ON_SET, &when, nullptr);
 }
 

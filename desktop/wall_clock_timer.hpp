@@ -1,14 +1,12 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 
 namespace desktop {
 
 /// Unix seconds of the wall clock.
 double wallClock();
-
-/// Seconds since some moment, of a clock that nobody sets and that stands still during suspend.
-double runningTime();
 
 /// One one-shot timer on the wall clock in the main loop. A date that passes during suspend, and a
 /// clock that is set, are noticed at once.
@@ -21,7 +19,8 @@ class WallClockTimer {
   WallClockTimer(const WallClockTimer&) = delete;
   WallClockTimer& operator=(const WallClockTimer&) = delete;
 
-  void set(double unixSeconds);
+  /// Without a date it stands still.
+  void set(std::optional<double> unixSeconds);
 
  private:
   std::function<void()> fired_;

@@ -1,6 +1,7 @@
 #include "desktop/widget_program.hpp"
 
 #include "desktop/placement.hpp"
+#include "desktop/schedule.hpp"
 
 namespace desktop {
 
@@ -12,7 +13,7 @@ constexpr std::uintmax_t spare = 1U << 16U;
 }  // namespace
 
 Extent pictureSize(const Look& look) {
-  const auto size = familySize(look.family);
+  const auto size = sizeInPoints(look.family);
   return {pixels(size.width, look.scale), pixels(size.height, look.scale)};
 }
 
@@ -26,22 +27,22 @@ void WidgetProgram::ask(const Question& question, std::function<void(RunResult)>
                         static_cast<unsigned>(size.height) +
                     spare);
     words = {file_,      question.timeline ? "timeline" : "snapshot",
-             "--family", question.look.family,
+             "--family", platform::familyShortName(question.look.family),
              "--scale",  scaleText(question.look.scale),
              "--output", folder_->path() / "picture.png"};
   } catch (const std::runtime_error& error) {
     noFolder = error.what();
     words = {""};  // which cannot be started, so that the failure too comes from the main loop
   }
-  process_.start(std::move(words),
-                 [this, finished = std::move(finished), noFolder](const ProcessEnd& end) {
+  process_.start(std::move(words), question.timeline ? longestRun : longestSnapshotRun,
+                 [this, finished = std::move(finished), noFolder](const platform::ProcessEnd& end) {
                    auto result = noFolder.empty() ? collect(end) : RunResult{{}, nullptr, noFolder};
                    folder_.reset();
                    finished(std::move(result));
                  });
 }
 
-RunResult WidgetProgram::collect(const ProcessEnd& end) const {
+RunResult WidgetProgram::collect(const platform::ProcessEnd& end) const {
   if (!end.failure.empty()) return {{}, nullptr, end.failure};
   auto answer = parseAnswer(end.output);
   if (!answer) return {{}, nullptr, "what it printed is no answer"};

@@ -5,16 +5,18 @@
 #include <string>
 
 #include "desktop/picture_folder.hpp"
-#include "desktop/process.hpp"
 #include "desktop/scale.hpp"
 #include "desktop/widget_answer.hpp"
+#include "platform/processes/process.hpp"
+#include "platform/widgets/widget_family.hpp"
 
 namespace desktop {
 
-/// The picture of a widget: its family, and device pixels per point.
+/// How a widget looks: its family, device pixels per point, and whether amounts can be read.
 struct Look {
-  std::string family = "small";
+  platform::WidgetFamily family = platform::WidgetFamily::systemSmall;
   Scale scale;
+  bool hidesAmounts = false;
 
   bool operator==(const Look&) const = default;
 };
@@ -43,20 +45,18 @@ class WidgetProgram {
   [[nodiscard]] bool isRunning() const { return process_.isRunning(); }
   [[nodiscard]] const Question& question() const { return question_; }
   /// Starts a process; not while one runs. `finished` is called from the main loop, once, whatever
-  /// the program does.
+  /// the program does and however long it takes.
   void ask(const Question& question, std::function<void(RunResult)> finished);
-  /// Ends a process that has taken too long; its result is a failure.
-  void giveUp() { process_.giveUp("it took too long"); }
   /// Ends the process; nothing is delivered.
   void end();
 
  private:
-  [[nodiscard]] RunResult collect(const ProcessEnd& end) const;
+  [[nodiscard]] RunResult collect(const platform::ProcessEnd& end) const;
 
   std::string file_;
   Question question_;
   std::optional<PictureFolder> folder_;
-  Process process_;
+  platform::Process process_;
 };
 
 }  // namespace desktop

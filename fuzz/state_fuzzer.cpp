@@ -25,10 +25,10 @@ void keepPlacement(std::string_view input) {
   static const fuzz::StateFolder folder;
   const auto file = folder.with("placement.json", input);
   const auto placement = desktop::loadPlacement(file);
-  const auto size = desktop::familySize(placement.family);
+  const auto size = desktop::sizeInPoints(placement.family);
   const auto place = desktop::position(placement, size, {0, 0, 1920, 1080}, placement.lastScale);
   if (place.x < 0 || place.y < 0 || place.x > 1920 || place.y > 1080) __builtin_trap();
-  desktop::savePlacement(placement, file);
+  desktop::storePlacement(placement, file);
   if (desktop::loadPlacement(file) != placement) __builtin_trap();
 }
 

@@ -21,4 +21,21 @@ platform::Json errorDocument(int status, const std::string& message) {
             {"status", name == names.end() ? "UNKNOWN" : name->second}}}};
 }
 
+platform::Json serviceDisabledDocument() {
+  const std::string page =
+      "https://console.developers.google.com/apis/api/adsense.googleapis.com/overview?project="
+      "648213975310";
+  auto document = errorDocument(
+      403,
+      "AdSense Management API has not been used in project 648213975310 before or it is disabled.");
+  document["error"]["details"] = {{{"@type", "type.googleapis.com/google.rpc.ErrorInfo"},
+                                   {"reason", "SERVICE_DISABLED"},
+                                   {"domain", "googleapis.com"},
+                                   {"metadata",
+                                    {{"service", "adsense.googleapis.com"},
+                                     {"consumer", "projects/648213975310"},
+                                     {"activationUrl", page}}}}};
+  return document;
+}
+
 }  // namespace sandbox

@@ -19,4 +19,7 @@ class ApiError : public std::runtime_error {
 /// `{"error":{"code","message","status"}}`, the error document of Google's APIs.
 platform::Json errorDocument(int status, const std::string& message);
 
+/// The one for an API that is not enabled in the client's project, with status 403.
+platform::Json serviceDisabledDocument();
+
 }  // namespace sandbox

@@ -60,6 +60,11 @@ bool Grants::isAccessToken(const std::string& token) {
                      [&token](const Grant& grant) { return grant.accessToken == token; });
 }
 
+void Grants::clear() {
+  const std::lock_guard lock(mutex_);
+  grants_.clear();
+}
+
 bool Grants::remove(const std::string& token) {
   return std::erase_if(grants_, [&token](const Grant& grant) {
            return grant.accessToken == token || grant.refreshToken == token;

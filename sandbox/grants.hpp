@@ -42,6 +42,8 @@ class Grants {
   /// Withdraws the grant of an access or refresh token; whether there was one (RFC 7009).
   bool revoke(const std::string& token);
   bool isAccessToken(const std::string& token);
+  /// Withdraws every grant.
+  void clear();
 
  private:
   struct Code {

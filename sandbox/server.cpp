@@ -7,6 +7,7 @@
 #include <sys/socket.h>
 
 #include <condition_variable>
+#include <cstdlib>
 #include <mutex>
 #include <thread>
 
@@ -60,6 +61,11 @@ void truncateAnswer(httplib::Response& response) {
                                   const std::string start = R"({"headers":[)";
                                   return sink.write(start.data(), start.size());
                                 });
+}
+
+const char* tokenErrorFor(int status) {
+  if (status >= 500) return "internal_failure";
+  return status == 401 ? "invalid_client" : "invalid_grant";
 }
 
 void sendHugeAnswer(httplib::Response& response) {
@@ -145,6 +151,14 @@ class Server::Implementation {
     override_ = std::move(override);
   }
 
+  void setNotices(std::vector<Alert> alerts, std::vector<PolicyIssue> issues) {
+    const std::lock_guard lock(mutex_);
+    options_.alerts = std::move(alerts);
+    options_.policyIssues = std::move(issues);
+  }
+
+  void endSignIns() { grants_.clear(); }
+
   std::vector<RequestRecord> takeRequests() {
     const std::lock_guard lock(mutex_);
     return std::exchange(requests_, {});
@@ -153,6 +167,8 @@ class Server::Implementation {
  private:
   static Step stepOf(const httplib::Request& request) {
     if (request.path.ends_with("/payments")) return Step::payments;
+    if (request.path.ends_with("/alerts")) return Step::alerts;
+    if (request.path.ends_with("/policyIssues")) return Step::policy;
     if (!request.path.ends_with("/reports:generate")) return Step::accounts;
     return request.has_param("dimensions") ? Step::report : Step::lastYear;
   }
@@ -175,12 +191,26 @@ class Server::Implementation {
       if (request.path == root + "accounts") return {200, {{"accounts", {accountJson(user)}}}};
       if (request.path == account) return {200, accountJson(user)};
       if (request.path == account + "/payments") return {200, listPayments(user)};
+      if (request.path == account + "/alerts") return {200, alerts(user)};
+      if (request.path == account + "/policyIssues") return {200, policyIssues(user, request)};
       if (request.path == account + "/reports:generate")
         return {200, generateReport(user, {request.params.begin(), request.params.end()})};
     } catch (const ApiError& error) {
       return {error.status, errorDocument(error.status, error.what())};
     }
     return {404, errorDocument(404, "Requested entity was not found.")};
+  }
+
+  Json alerts(const Publisher& user) {
+    const std::lock_guard lock(mutex_);
+    return listAlerts(user, options_.alerts);
+  }
+
+  Json policyIssues(const Publisher& user, const httplib::Request& request) {
+    const std::lock_guard lock(mutex_);
+    const auto size = request.get_param_value("pageSize");
+    return listPolicyIssues(user, options_.policyIssues, std::strtoul(size.c_str(), nullptr, 10),
+                            request.get_param_value("pageToken"));
   }
 
   /// The user's answer to a request at the authorization endpoint, or the page that asks for it.
@@ -240,8 +270,9 @@ class Server::Implementation {
     }
     wait(options_.latency);
     if (fault && apply(*fault, step, request, response)) return;
-    if (const auto body = override ? override(step, record) : std::nullopt) {
-      response.set_content(*body, jsonType);
+    if (const auto answer = override ? override(step, record) : std::nullopt) {
+      response.status = answer->status;
+      response.set_content(answer->body, jsonType);
       return;
     }
     const std::optional<Answer> answer = makeAnswer();
@@ -256,11 +287,9 @@ class Server::Implementation {
     switch (fault.kind) {
       case Fault::Kind::status: {
         response.status = fault.status;
-        const auto document =
-            step == Step::token || step == Step::exchange
-                ? tokenError(fault.status == 401 ? "invalid_client" : "invalid_grant",
-                             "Bad Request")
-                : errorDocument(fault.status, "The sandbox was told to fail.");
+        const auto document = step == Step::token || step == Step::exchange
+                                  ? tokenError(tokenErrorFor(fault.status), "Bad Request")
+                                  : errorDocument(fault.status, "The sandbox was told to fail.");
         response.set_content(document.dump(), jsonType);
         return true;
       }
@@ -274,6 +303,7 @@ class Server::Implementation {
         response.set_content("{\"rows\":\"\xff\xfe\xc3\x28\"}", jsonType);
         return true;
       case Fault::Kind::html:
+        if (fault.status != 0) response.status = fault.status;
         response.set_content("<!DOCTYPE html><title>Error</title><p>Sign in first.", "text/html");
         return true;
       case Fault::Kind::empty:
@@ -287,6 +317,14 @@ class Server::Implementation {
         return true;
       case Fault::Kind::huge:
         sendHugeAnswer(response);
+        return true;
+      case Fault::Kind::oauthError:
+        response.status = fault.status;
+        response.set_content(tokenError(fault.code, "Bad Request").dump(), jsonType);
+        return true;
+      case Fault::Kind::serviceDisabled:
+        response.status = 403;
+        response.set_content(serviceDisabledDocument().dump(), jsonType);
         return true;
     }
     return false;
@@ -337,6 +375,12 @@ void Server::setFaults(std::map<Step, Fault> faults) {
 }
 
 void Server::setOverride(Override override) { implementation_->setOverride(std::move(override)); }
+
+void Server::setNotices(std::vector<Alert> alerts, std::vector<PolicyIssue> issues) {
+  implementation_->setNotices(std::move(alerts), std::move(issues));
+}
+
+void Server::endSignIns() { implementation_->endSignIns(); }
 
 std::vector<RequestRecord> Server::takeRequests() { return implementation_->takeRequests(); }
 

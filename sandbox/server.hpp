@@ -12,6 +12,7 @@
 #include "platform/foundation/json.hpp"
 #include "sandbox/authorization.hpp"
 #include "sandbox/faults.hpp"
+#include "sandbox/notices.hpp"
 
 namespace sandbox {
 
@@ -22,6 +23,8 @@ struct ServerOptions {
   std::chrono::milliseconds latency{0};
   std::map<Step, Fault> faults;
   ConsentMode consent = ConsentMode::ask;
+  std::vector<Alert> alerts;
+  std::vector<PolicyIssue> policyIssues;
   /// The day that counts as today; the current UTC day without it.
   std::optional<std::chrono::sys_days> today;
 };
@@ -33,6 +36,15 @@ struct RequestRecord {
   std::multimap<std::string, std::string> headers;
   std::string body;
   int remotePort = 0;  ///< tells connections apart
+};
+
+/// What a test wants to be answered.
+struct OverridingAnswer {
+  OverridingAnswer(std::string text, int httpStatus = 200)
+      : body(std::move(text)), status(httpStatus) {}
+
+  std::string body;
+  int status;
 };
 
 /// The OAuth endpoints and the reporting API for one made-up publisher, on 127.0.0.1. Serves
@@ -54,9 +66,14 @@ class Server {
 
   /// Replaces all faults from the next request on.
   void setFaults(std::map<Step, Fault> faults);
-  /// Answers matching requests in another way: returns the body, or nothing for the usual answer.
-  using Override = std::function<std::optional<std::string>(Step, const RequestRecord&)>;
+  /// Answers matching requests in another way: returns the body, with a status where it is not
+  /// 200, or nothing for the usual answer.
+  using Override = std::function<std::optional<OverridingAnswer>(Step, const RequestRecord&)>;
   void setOverride(Override override);
+  /// What the service has to tell from the next request on.
+  void setNotices(std::vector<Alert> alerts, std::vector<PolicyIssue> issues);
+  /// Ends every sign-in there is, as a user does who withdraws the permission at the provider.
+  void endSignIns();
   /// The requests since the last call.
   std::vector<RequestRecord> takeRequests();
 

@@ -79,7 +79,8 @@ def sign_in(environment, sandbox, port):
 def main():
     with tempfile.TemporaryDirectory() as home:
         environment = dict(os.environ, HOME=home, LANGUAGE="en_US", SECRET_BACKEND="file",
-                           SECRET_FILE_TEST_PATH=home + "/keyring", SECRET_FILE_TEST_PASSWORD="x")
+                           SECRET_FILE_TEST_PATH=home + "/keyring", SECRET_FILE_TEST_PASSWORD="x",
+                           DBUS_SESSION_BUS_ADDRESS=f"unix:path={home}/no-bus")
         for name in ["XDG_STATE_HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME"]:
             environment.pop(name, None)
         server = subprocess.Popen([SANDBOX], stdout=subprocess.PIPE, text=True)

@@ -87,7 +87,7 @@ TEST_F(Companion, aClientFileIsTakenOverWholeOrNotAtAll) {
   velmora::saveCachedSnapshot(velmora::VelmoraSnapshot::sample());
   const auto own = Json{{"installed", clientOf("own")}}.dump();
   const auto mask = ::umask(0);
-  const auto taken = takeOverClientFile(file(own));
+  const auto taken = takeOverClientFile(file(own)).client;
   ::umask(mask);
   EXPECT_EQ(taken.file, folder_ / "data" / "velmora-widget" / "client_secret.json");
   EXPECT_EQ(fs::status(taken.file).permissions(), fs::perms::owner_read | fs::perms::owner_write);

@@ -31,6 +31,10 @@ std::string tokenError(const std::string& body) {
   return errorOf([&] { accessTokenFrom(body); });
 }
 
+std::string refreshError() {
+  return errorOf([] { refreshAccessToken(); });
+}
+
 }  // namespace
 
 TEST_F(Credentials, keychainItemsAreFoundByAllThreeAttributes) {
@@ -112,12 +116,11 @@ TEST_F(Credentials, tokenAnswersAreDecidedByTheBody) {
 
 TEST_F(Credentials, refreshSendsTheForm) {
   sandbox::Server server({});
-  EXPECT_EQ(errorOf(refreshAccessToken),
-            "OAuth configuration not found (client_secret.json missing).");
+  EXPECT_EQ(refreshError(), "OAuth configuration not found (client_secret.json missing).");
   writeClientFile(server.clientFile().dump());
-  EXPECT_EQ(errorOf(refreshAccessToken), "Not connected to Google.");
+  EXPECT_EQ(refreshError(), "Not connected to Google.");
   storeKeychainItem(refreshTokenAccount, server.address()["refreshToken"]);
-  EXPECT_EQ(errorOf(refreshAccessToken), "no error");
+  EXPECT_EQ(refreshError(), "no error");
   const auto requests = server.takeRequests();
   ASSERT_EQ(requests.size(), 1U);
   EXPECT_EQ(requests[0].headers.find("Content-Type")->second, "application/x-www-form-urlencoded");
@@ -125,8 +128,7 @@ TEST_F(Credentials, refreshSendsTheForm) {
               testing::HasSubstr("refresh_token=1%2F%2F0sandbox%2Brefresh%2Ftoken%3D"));
   EXPECT_THAT(requests[0].body, testing::HasSubstr("grant_type=refresh_token"));
   storeKeychainItem(refreshTokenAccount, "é revoked");
-  EXPECT_EQ(errorOf(refreshAccessToken),
-            "Authentication error: Token has been expired or revoked.");
+  EXPECT_EQ(refreshError(), "Authentication error: Token has been expired or revoked.");
   EXPECT_EQ(percentEncodeValue("é a+/~._-"), "%C3%A9%20a%2B%2F~._-");
   writeClientFile(
       R"({"web":{"client_id":"a","client_secret":"b","auth_uri":"c","token_uri":"no address"}})");

@@ -247,3 +247,22 @@ TEST_F(Drawing, picturesAreTheSameEachTime) {
   EXPECT_TRUE(once(PictureFormat::pdf) == pdf) << "no clock in it";
   for (const double scale : {0.01, 8.0}) EXPECT_FALSE(once(PictureFormat::png, scale).empty());
 }
+
+TEST_F(Drawing, fillsDifferWithoutTheirColour) {
+  const auto inked = [](platform::View view) {
+    const auto list = draw(view.foregroundColor(Color::white), WidgetFamily::systemSmall);
+    const auto pixels = tests::readPng(platform::picture(list, platform::PictureFormat::png));
+    double sum = 0;
+    for (const auto& pixel : pixels.all) sum += pixel[0];
+    return sum / 255 / 4 / 138;  // rows of the content
+  };
+  const auto filled = [&](platform::Fill fill) {
+    return inked(platform::rectangle({.fill = fill, .topRadius = 4}));
+  };
+  EXPECT_NEAR(filled(platform::Fill::solid), 138, 1);
+  EXPECT_NEAR(filled(platform::Fill::outlined), 4, 0.3) << "of one point on each side";
+  EXPECT_GT(filled(platform::Fill::hatched), 138 / 4.0);
+  EXPECT_LT(filled(platform::Fill::hatched), 138 * 3 / 4.0);
+  EXPECT_NEAR(inked(platform::rule({})), 1, 0.05);
+  EXPECT_NEAR(inked(platform::rule({.dash = 6})), 2 / 3.0, 0.05);
+}

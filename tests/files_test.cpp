@@ -2,10 +2,11 @@
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
-#include <thread>
+#include <chrono>
+#include <set>
 
-#include "platform/keychain/deadline.hpp"
 #include "tests/support/environment.hpp"
 
 using namespace platform;
@@ -82,15 +83,36 @@ TEST_F(Files, outputsKeepTheirPermissionsAndNeverHang) {
   }
 }
 
-TEST(KeychainDeadline, isKeptWhateverTheLibraryDoes) {
-  const auto begin = std::chrono::steady_clock::now();
-  const auto hanging = [](GCancellable*) {
-    std::this_thread::sleep_for(std::chrono::seconds(3));
-    return KeychainLookup{};
+TEST_F(Files, whatAKilledProgramLeftIsRemovedLater) {
+  const auto own = folder_ / "own";
+  fs::create_directory(own);
+  const auto put = [&](const std::string& name, std::chrono::minutes age) {
+    tests::writeFile(own / name, "x");
+    fs::last_write_time(own / name, fs::file_time_type::clock::now() - age);
   };
-  EXPECT_EQ(withinDeadline(hanging, std::chrono::milliseconds(50)).status,
-            keychain_status::timedOut);
-  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2));
-  const auto quick = [](GCancellable*) { return KeychainLookup{0, "secret"}; };
-  EXPECT_EQ(withinDeadline(quick, std::chrono::seconds(5)).data, "secret");
+  put(".velmora-abc123", std::chrono::minutes(60));
+  const std::set<std::string> kept{".velmora-abc124", ".velmora-longer1", "velmora-abc123"};
+  for (const auto& name : kept) put(name, std::chrono::minutes(name == ".velmora-abc124" ? 1 : 60));
+  fs::create_symlink("nowhere", own / ".velmora-linked");
+  writePrivateFile(own / "secret.json", "one");
+  std::set<std::string> there;
+  for (const auto& entry : fs::directory_iterator(own)) there.insert(entry.path().filename());
+  auto expected = kept;
+  expected.merge(std::set<std::string>{".velmora-linked", "secret.json"});
+  EXPECT_EQ(there, expected);
+  removeLeftovers(own / "nowhere");
+}
+
+TEST_F(Files, aForbiddenFolderIsCalledThat) {
+  fs::permissions(folder_, static_cast<fs::perms>(0555));
+  const bool isRoot = ::geteuid() == 0;
+  ASSERT_EQ(::seteuid(isRoot ? 64999 : ::geteuid()), 0);  // nothing is forbidden to root
+  std::string message;
+  try {
+    writePrivateFile(folder_ / "a" / "b" / "secret.json", "one");
+  } catch (const FileError& error) {
+    message = error.what();
+  }
+  ASSERT_EQ(::seteuid(::getuid()), 0);
+  EXPECT_THAT(message, testing::HasSubstr("Permission denied"));
 }

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include <atomic>
+#include <chrono>
 #include <cmath>
 #include <limits>
 #include <thread>
@@ -74,6 +76,9 @@ TEST(Json, refusesWhatIsNoDocument) {
   };
   EXPECT_EQ(nested(512), "no error");
   for (const std::size_t deep : {520, 200'000}) EXPECT_EQ(nested(deep), "nested too deeply");
+  std::string many = "[0";
+  for (int i = 0; i < 4'000'000; ++i) many += ",0";
+  EXPECT_EQ(decodingError(many + "]", nothing), "too many values");
 }
 
 TEST(Json, writesNumbersExactlyAndRefusesWhatItCannotHold) {
@@ -169,6 +174,15 @@ TEST(Formatting, followsTheLocaleData) {
   EXPECT_EQ(plainDecimalText(-1e300, 2).size(), 305U);
   EXPECT_EQ(mediumDateText(tests::instant("2026-05-21T00:00:00"), "fr"), "21 mai 2026");
   EXPECT_EQ(mediumDateText(*UtcCalendar{}.date({1, 1, 1}), "en_US"), "Jan 1, 1");
+}
+
+TEST(Formatting, readsAmountsAsTheyAreTyped) {
+  EXPECT_EQ(decimalFromText("1.234,5", "de"), 1234.5);
+  EXPECT_EQ(decimalFromText(" 12,5 ", "fr"), 12.5);
+  EXPECT_EQ(decimalFromText("12.5", "de"), 12.5) << "the point does not group here";
+  EXPECT_EQ(decimalFromText("١٥٫٢٥", "ar_EG"), 15.25);
+  for (const auto* text : {"", " ", "x", "1x", "1e999", "nan", "inf"})
+    EXPECT_EQ(decimalFromText(text, "en"), std::nullopt) << text;
 }
 
 TEST(Url, encodesAndRecognisesAddresses) {

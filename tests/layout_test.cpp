@@ -3,7 +3,9 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <cmath>
+#include <tuple>
 
 #include "platform/views/sharing.hpp"
 
@@ -168,4 +170,20 @@ TEST(Accessibility, speaksOnePhraseForEachElement) {
       draw(vStack({}, {text("a"), hStack({}, {text("b"), text("c")}).accessibilityLabel("b and c"),
                        symbol(Symbol::hexagonGrid), text("d")}));
   EXPECT_THAT(list.accessibility, ElementsAre("a", "b and c", "d"));
+}
+
+TEST(Layout, planesPinTheirPartsOnWholePixels) {
+  const auto bar = [](double x, double top, double bottom) {
+    return Pinned{{x, top, 0.084, bottom - top}, Alignment::center, rectangle({})};
+  };
+  const View marks = plane({bar(0.1, 0.256, 0.8),
+                            bar(0.184, 0.8, 0.8),
+                            bar(0.2, 0.799, 0.8),
+                            {{0.5, 0.4, 0.3, 0}, Alignment::trailing, block(20)},
+                            {{0, 0.5, 1, 0}, Alignment::leading, rule({.dash = 4})}});
+  EXPECT_THAT(frames(draw(marks)), ElementsAre(Rect{10, 26, 8, 54}, Rect{20, 79, 8, 1},
+                                               Rect{60, 35, 20, 10}, Rect{0, 50, 100, 1}))
+      << "equally wide, on one line, none for nothing";
+  EXPECT_EQ(frames(draw(marks, {100, 100}, true))[0], (Rect{82, 26, 8, 54}));
+  EXPECT_TRUE(draw(block(20).accessibilityHidden()).accessibility.empty());
 }

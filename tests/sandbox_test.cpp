@@ -67,6 +67,25 @@ TEST(SandboxPayments, areSettledOnThe21st) {
   EXPECT_EQ(amountText(123, "CHF", 2), "CHF 123.00");
 }
 
+TEST(SandboxNotices, haveTheServicesShape) {
+  EXPECT_EQ(listAlerts(publisher(), {}), Json::object());
+  EXPECT_EQ(listPolicyIssues(publisher(), {}, 10, ""), Json::object());
+  const std::vector<PolicyIssue> issues{
+      {"WARNED", "a"}, {"AD_SERVING_DISABLED", "b"}, {"WARNED", "c"}};
+  const auto first = listPolicyIssues(publisher(), issues, 2, "");
+  ASSERT_EQ(first["policyIssues"].size(), 2U);
+  EXPECT_EQ(first["policyIssues"][0]["warningEscalationDate"]["day"], 28);
+  EXPECT_FALSE(first["policyIssues"][1].contains("warningEscalationDate"));
+  const auto rest = listPolicyIssues(publisher(), issues, 2, first["nextPageToken"]);
+  EXPECT_EQ(rest["policyIssues"][0]["site"], "c");
+  EXPECT_FALSE(rest.contains("nextPageToken"));
+  EXPECT_THROW(listPolicyIssues(publisher(), issues, 2, "9"), ApiError);
+  EXPECT_EQ(parseAlert("SEVERE=a=b")->message, "a=b");
+  for (const char* none : {"SEVERE", "SEVERE=", "LOUD=x"}) EXPECT_FALSE(parseAlert(none)) << none;
+  for (const char* none : {"token=drop_", "report=invalid_grant", "report=html-299"})
+    EXPECT_EQ(parseFault(none).has_value(), std::string(none).starts_with("token")) << none;
+}
+
 TEST(SandboxServer, refusesStrangers) {
   Server server({.today = today});
   const auto get = [&](const std::string& path, const std::string& token) {
@@ -93,4 +112,7 @@ TEST(SandboxServer, refusesStrangers) {
             "200 no error");
   EXPECT_EQ(token(form, client + "revoked"), "400 invalid_grant");
   EXPECT_EQ(token(form, "client_id=x"), "401 invalid_client");
+  server.endSignIns();
+  EXPECT_EQ(token(form, client + "1%2F%2F0sandbox%2Brefresh%2Ftoken%3D"), "400 invalid_grant");
+  EXPECT_EQ(get("/accounts", "ya29.sandbox-access-token").status, 401);
 }

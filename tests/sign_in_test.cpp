@@ -5,23 +5,32 @@
 #include <gmock/gmock.h>
 #include <httplib.h>
 #include <nlohmann/json.hpp>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
 
 #include <atomic>
+#include <csignal>
 #include <thread>
+#include <tuple>
 
+#include "VelmoraWidget/AccessToken.hpp"
 #include "VelmoraWidget/AccountResolution.hpp"
 #include "VelmoraWidget/SharedKeychain.hpp"
 #include "VelmoraWidget/SnapshotCache.hpp"
+#include "VelmoraWidget/SnapshotFetch.hpp"
+#include "companion/former_figures.hpp"
 #include "companion/redirect_listener.hpp"
 #include "companion/user_data.hpp"
 #include "platform/foundation/background_tasks.hpp"
+#include "platform/foundation/glib.hpp"
 #include "platform/foundation/http.hpp"
-#include "platform/foundation/raii.hpp"
 #include "platform/foundation/url.hpp"
 #include "platform/foundation/user_defaults.hpp"
 #include "sandbox/server.hpp"
 #include "tests/support/environment.hpp"
 #include "tests/support/replaced_constants.hpp"
+#include "tests/support/waiting.hpp"
 
 using namespace companion;
 using namespace std::chrono_literals;
@@ -33,7 +42,7 @@ using Case = SignInError::Case;
 
 namespace {
 
-using MainLoop = platform::Owned<GMainLoop, g_main_loop_unref>;
+constexpr uid_t nobody = 65534;
 
 /// What a user does at the address, on a thread of its own.
 using Browser = std::function<void(const std::string& address)>;
@@ -67,11 +76,11 @@ class SigningIn : public tests::Environment {
     UserDefaults::standard().setString(velmora::accountCacheKey, "accounts/former");
   }
 
-  SignInOutcome signIn(const Browser& browser, std::chrono::seconds limit = 20s) {
-    const MainLoop loop(g_main_loop_new(nullptr, FALSE));
+  SignInOutcome signIn(const Browser& browser, std::chrono::seconds limit = 20s,
+                       SignInEvents events = {}) {
+    const platform::GLoop loop(g_main_loop_new(nullptr, FALSE));
     SignInOutcome outcome;
     std::thread user;
-    SignInEvents events;
     events.waiting = [&](const std::string& address) {
       user = std::thread([&browser, address] { browser(address); });
     };
@@ -139,6 +148,15 @@ std::string redirectQuery(const std::string& address) {
   return target.substr(target.find('?'));
 }
 
+/// As if the disk were full, for every write of this process.
+void letFilesGrow(bool allowed) {
+  std::signal(SIGXFSZ, SIG_IGN);
+  rlimit limit{};
+  ::getrlimit(RLIMIT_FSIZE, &limit);
+  limit.rlim_cur = allowed ? limit.rlim_max : 0;
+  ::setrlimit(RLIMIT_FSIZE, &limit);
+}
+
 std::string listenerOf(const std::string& address) { return Url(address).query["redirect_uri"]; }
 
 }  // namespace
@@ -176,18 +194,58 @@ TEST_F(SigningIn, putsTheNewUserInTheFormersPlace) {
   EXPECT_EQ(token(), std::nullopt);
 }
 
-TEST_F(SigningIn, forgetsWhatARefreshStoresDuringTheSignOut) {
-  httplib::Server provider;
-  provider.Post("/revoke", [](const httplib::Request&, httplib::Response&) {
-    velmora::saveCachedSnapshot(velmora::VelmoraSnapshot::sample());
-  });
-  const int port = provider.bind_to_any_port("127.0.0.1");
-  std::thread serving([&] { provider.listen_after_bind(); });
-  tests::setRevocationURL("http://127.0.0.1:" + std::to_string(port) + "/revoke");
-  EXPECT_TRUE(signOut());
+TEST_F(SigningIn, aFetchUnderWayStoresNothingForSomebodyElse) {
+  const auto token = server_.address()["refreshToken"].get<std::string>();
+  const std::pair<const char*, std::function<void()>> changes[] = {
+      {"signed out", [] { signOut(); }},
+      {"removed by hand", [] { clearKeychain(); }},
+      {"another user", [] {
+         storeKeychainItem(velmora::refreshTokenAccount, "another token");
+         forgetFigures();
+       }}};
+  for (const auto& [name, change] : changes) {
+    for (const auto during : {Step::accounts, Step::report}) {
+      forgetFigures();
+      storeKeychainItem(velmora::refreshTokenAccount, token);
+      server_.setOverride([&, change = change](Step asked, const auto&) {
+        if (asked == during) change();
+        return std::optional<std::string>();
+      });
+      tests::setRevocationURL("http://127.0.0.1:9/revoke");
+      EXPECT_THROW(velmora::fetchSnapshot(), velmora::OAuthError) << name;
+      EXPECT_FALSE(velmora::loadCachedSnapshot()) << name;
+      if (during == Step::accounts) {
+        EXPECT_FALSE(UserDefaults::standard().string(velmora::accountCacheKey)) << name;
+      }
+    }
+  }
+  server_.setOverride({});
+  forgetFigures();
+  storeKeychainItem(velmora::refreshTokenAccount, token);
+  velmora::fetchSnapshot();
+  EXPECT_TRUE(velmora::loadCachedSnapshot());
+}
+
+TEST_F(SigningIn, aKillLeavesNobodyBesideTheFormersFigures) {
+  putFiguresAside();
   EXPECT_FALSE(velmora::loadCachedSnapshot());
-  provider.stop();
-  serving.join();
+  settleFigures();
+  EXPECT_TRUE(formerUserIsStillThere()) << "killed before the token was stored";
+  putFiguresAside();
+  velmora::saveCachedSnapshot({.today = 7});
+  settleFigures();
+  EXPECT_EQ(velmora::loadCachedSnapshot()->today, 7) << "fetched meanwhile";
+
+  putFiguresAside();
+  storeKeychainItem(velmora::refreshTokenAccount, "new token");
+  EXPECT_FALSE(velmora::loadCachedSnapshot());
+  putFiguresAside();
+  settleFigures();
+  EXPECT_FALSE(velmora::loadCachedSnapshot()) << "killed after it was stored";
+  for (const auto& key : asideKeys()) {
+    EXPECT_FALSE(UserDefaults::standard().data(key)) << key;
+    EXPECT_FALSE(UserDefaults::standard().string(key)) << key;
+  }
 }
 
 TEST_F(Denying, changesNothing) {
@@ -201,7 +259,8 @@ TEST_F(Denying, changesNothing) {
 TEST_F(SigningIn, failuresAreTypedAndChangeNothing) {
   using Kind = Fault::Kind;
   const std::pair<Fault, Case> faults[] = {
-      {{Kind::status, 400}, Case::refused},    {{Kind::status, 503}, Case::refused},
+      {{Kind::status, 400}, Case::refused},    {{Kind::status, 503}, Case::unavailable},
+      {{Kind::html, 502}, Case::unavailable},  {{Kind::html, 404}, Case::unreachable},
       {{Kind::html, 0}, Case::unreachable},    {{Kind::truncate, 0}, Case::unreachable},
       {{Kind::drop, 0}, Case::unreachable},    {{Kind::empty, 0}, Case::unreachable},
       {{Kind::garbage, 0}, Case::unreachable}, {{Kind::redirectLoop, 0}, Case::unreachable}};
@@ -211,6 +270,9 @@ TEST_F(SigningIn, failuresAreTypedAndChangeNothing) {
     ASSERT_TRUE(outcome.error);
     EXPECT_EQ(outcome.error->kind, expected) << outcome.error->what();
     EXPECT_THAT(page_, HasSubstr("The sign-in did not succeed"));
+    const auto status = "HTTP " + std::to_string(fault.status);
+    EXPECT_THAT(outcome.error->what(),
+                HasSubstr(fault.status == 0 || expected == Case::refused ? "" : status));
     EXPECT_TRUE(formerUserIsStillThere());
   }
   server_.setFaults({{Step::exchange, {Kind::slow, 0}}});
@@ -297,7 +359,7 @@ TEST_F(SigningIn, aSecondCodeIsAnAttack) {
         std::thread first([&] {
           httplib::Client(listener).Get("/?code=1&state=" + Url(address).query["state"]);
         });
-        while (!answered_) std::this_thread::yield();
+        tests::waitFor("the first answer", [this] { return answered_.load(); });
         EXPECT_EQ(
             httplib::Client(listener).Get("/?code=2&state=" + Url(address).query["state"])->status,
             400);
@@ -323,6 +385,70 @@ TEST_F(SigningIn, endsWithoutAnAnswer) {
   EXPECT_TRUE(formerUserIsStillThere());
 }
 
+TEST_F(SigningIn, manyAtOnceFindThatTheyCanStore) {
+  std::atomic<int> failures = 0;
+  std::vector<std::jthread> threads;
+  for (int i = 0; i < 8; ++i) {
+    threads.emplace_back([&failures] {
+      for (int j = 0; j < 10; ++j) {
+        try {
+          requireState();
+        } catch (const SignInError&) {
+          ++failures;
+        }
+      }
+    });
+  }
+  threads.clear();
+  EXPECT_EQ(failures, 0);
+}
+
+TEST_F(SigningIn, aSecondSignalBreaksOffWhatIsBeingFinished) {
+  server_.setFaults({{Step::exchange, {Fault::Kind::slow, 0}}});
+  setenv("VELMORA_TEST_API", server_.baseURL().c_str(), 1);
+  setenv("VELMORA_TEST_REVOCATION", server_.address()["revokeURL"].get<std::string>().c_str(), 1);
+  setenv("VELMORA_TEST_TIMEOUT_MS", "60000", 1);
+  std::filesystem::create_directories(folder_ / "data/velmora-widget");
+  tests::writeFile(folder_ / "data/velmora-widget/client_secret.json", server_.clientFile().dump());
+  const auto flags = static_cast<GSubprocessFlags>(G_SUBPROCESS_FLAGS_STDOUT_PIPE |
+                                                   G_SUBPROCESS_FLAGS_STDERR_SILENCE);
+  const platform::Reference<GSubprocess> program(
+      g_subprocess_new(flags, nullptr, VELMORA, "sign-in", "--print-address", nullptr));
+  const platform::Reference<GDataInputStream> output(
+      g_data_input_stream_new(g_subprocess_get_stdout_pipe(program.get())));
+  const platform::GText address(
+      g_data_input_stream_read_line(output.get(), nullptr, nullptr, nullptr));
+  ASSERT_TRUE(address);
+  std::thread browser([&] { follows()(address.get()); });
+  const auto deadline = std::chrono::steady_clock::now() + 10s;
+  const auto isExchanging = [this] {
+    for (const auto& request : server_.takeRequests()) {
+      if (request.target == "/token") return true;
+    }
+    return false;
+  };
+  while (!isExchanging() && std::chrono::steady_clock::now() < deadline)
+    std::this_thread::sleep_for(20ms);
+  std::atomic<bool> isOver = false;
+  std::thread ending([&] {
+    g_subprocess_wait(program.get(), nullptr, nullptr);
+    isOver = true;
+  });
+  int signals = 0;
+  while (!isOver && std::chrono::steady_clock::now() < deadline) {
+    g_subprocess_send_signal(program.get(), SIGINT);
+    ++signals;
+    std::this_thread::sleep_for(100ms);
+  }
+  EXPECT_TRUE(isOver);
+  EXPECT_GE(signals, 2) << "the first lets it be finished";
+  g_subprocess_force_exit(program.get());
+  ending.join();
+  browser.join();
+  EXPECT_EQ(g_subprocess_get_exit_status(program.get()), 1);
+  EXPECT_TRUE(formerUserIsStillThere());
+}
+
 TEST_F(SigningIn, aCodeIsSentOnceAndNowhereElse) {
   server_.setFaults({{Step::exchange, {Fault::Kind::redirectLoop, 0}}});
   EXPECT_EQ(signIn(follows()).error->kind, Case::unreachable);
@@ -339,13 +465,67 @@ TEST_F(SigningIn, nobodyIsJoinedToTheFormersAccount) {
   ASSERT_TRUE(outcome.error);
   EXPECT_EQ(outcome.error->kind, Case::stateNotWritable);
   EXPECT_EQ(token(), "former token");
-  EXPECT_THROW(signOut(), SignInError);
-  EXPECT_EQ(token(), "former token");
+  EXPECT_NO_THROW(signOut());
+  EXPECT_EQ(token(), std::nullopt);
+}
+
+TEST_F(SigningIn, aDiskThatFillsDuringTheExchangeChangesNothing) {
+  server_.setOverride([](Step asked, const auto&) {
+    if (asked == Step::accounts) letFilesGrow(false);
+    return std::optional<std::string>();
+  });
+  const auto outcome = signIn(follows());
+  letFilesGrow(true);
+  ASSERT_TRUE(outcome.error);
+  EXPECT_EQ(outcome.error->kind, Case::stateNotWritable);
+  EXPECT_TRUE(formerUserIsStillThere());
+  EXPECT_EQ(revocations(), 1);
+}
+
+TEST_F(SigningIn, aSignOutRemovesWhatItCan) {
+  letFilesGrow(false);
+  EXPECT_NO_THROW(forgetFigures());
+  letFilesGrow(true);
+  EXPECT_FALSE(velmora::loadCachedSnapshot()) << "full";
+
+  if (::geteuid() != 0) GTEST_SKIP() << "needs to become another user";
+  velmora::saveCachedSnapshot(velmora::VelmoraSnapshot::sample());
+  const auto folder = defaultsFile().parent_path();
+  const auto asNobody = [&](mode_t folderMode, mode_t fileMode, Case expected) {
+    for (const auto& owned : {folder, defaultsFile()})
+      EXPECT_EQ(::chown(owned.c_str(), nobody, nobody) == 0, std::filesystem::exists(owned));
+    ::chmod(defaultsFile().c_str(), fileMode);
+    ::chmod(folder.c_str(), folderMode);
+    ::chmod(folder_.c_str(), 0755);
+    ::chmod(folder.parent_path().c_str(), 0755);
+    const pid_t child = ::fork();
+    if (child == 0) {
+      if (::setuid(nobody) != 0) ::_exit(2);
+      try {
+        forgetFigures();
+      } catch (const SignInError& error) {
+        ::_exit(error.kind == expected ? 0 : 1);
+      }
+      ::_exit(expected == Case::cancelled ? 0 : 1);
+    }
+    int status = -1;
+    ::waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  };
+  constexpr auto works = Case::cancelled;
+  EXPECT_EQ(asNobody(0500, 0400, Case::figuresLeft), 0);
+  EXPECT_TRUE(velmora::loadCachedSnapshot());
+  EXPECT_EQ(asNobody(0500, 0600, works), 0) << "the folder alone cannot be written";
+  EXPECT_FALSE(velmora::loadCachedSnapshot());
+  velmora::saveCachedSnapshot(velmora::VelmoraSnapshot::sample());
+  EXPECT_EQ(asNobody(0700, 0400, works), 0) << "the file alone cannot be written";
+  EXPECT_FALSE(velmora::loadCachedSnapshot());
+  EXPECT_EQ(asNobody(0500, 0600, works), 0) << "there is none";
 }
 
 TEST_F(SigningIn, aWebClientUsesItsOwnAddress) {
   auto web = server_.clientFile()["installed"];
-  const int port = RedirectListener(0, "/", {}).port();  // free again
+  const int port = RedirectListener({}, {}).port();  // free again
   const auto uri = "http://localhost:" + std::to_string(port) + "/b%20ck";
   web["redirect_uris"] = {"https://velmora.example/back", uri};
   writeClientFile(platform::Json{{"web", web}}.dump());
@@ -355,12 +535,14 @@ TEST_F(SigningIn, aWebClientUsesItsOwnAddress) {
     asked = url.query["redirect_uri"];
     httplib::Client listener("127.0.0.1", port);
     EXPECT_EQ(listener.Get("/?code=x&state=" + url.query["state"])->status, 404);
+    httplib::Client byIPv6("::1", port);
+    EXPECT_EQ(byIPv6.Get("/b%20ck?code=x")->status, 400);
     listener.Get("/b%20ck?error=access_denied&state=" + url.query["state"]);
   };
   EXPECT_EQ(signIn(visit).error->kind, Case::denied);
   EXPECT_EQ(asked, uri);
   {
-    const RedirectListener other(port, "/", {});
+    const RedirectListener other({.uri = "", .port = port}, {});
     EXPECT_EQ(signIn(visit).error->kind, Case::portTaken);
   }
   web["redirect_uris"] = {"http://127.0.0.1.evil.example/", "http://127.0.0.1@evil.example/",

@@ -8,6 +8,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
 #include <thread>
 
@@ -70,6 +71,11 @@ TEST_F(UserDefaultsTest, setsDamagedFilesAsideAndLosesNothingOfThem) {
   fs::create_directory(defaultsFile());
   defaults.setString("a", "in the place of a folder");
   EXPECT_EQ(defaults.string("a"), "in the place of a folder");
+  fs::remove(defaultsFile());
+  fs::create_symlink(folder_ / "away", defaultsFile());
+  defaults.setString("a", "in the place of a link");
+  EXPECT_EQ(defaults.string("a"), "in the place of a link");
+  EXPECT_FALSE(fs::exists(folder_ / "away"));
 }
 
 TEST_F(UserDefaultsTest, standInTheHomeUnlessToldAnAbsoluteFolder) {

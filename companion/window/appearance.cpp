@@ -2,6 +2,8 @@
 
 #include <adwaita.h>
 
+#include <filesystem>
+
 #include "companion/window/widgets.hpp"
 #include "platform/foundation/formatting.hpp"
 #include "platform/foundation/languages.hpp"
@@ -19,10 +21,27 @@ constexpr const char* styles = R"(
 row > box.header.folding { padding: 6px 0; }
 .dropzone:drop(active) { box-shadow: inset 0 0 0 3px @accent_color; }
 .ring { color: mix(@warning_color, #e5a50a, 0.6); }
+.ring.reached { color: @success_color; }
 .notice image { color: @warning_color; }
+.details { padding: 2px 8px; margin-left: -8px; font-weight: normal; }
+.tile { padding: 14px 16px; }
+.footnote { margin: 8px 12px 0; }
+.chart { border-radius: 12px; }
+.chart:focus-visible { outline: 2px solid alpha(@accent_color, 0.5); outline-offset: -2px; }
 .wallpaper { padding: 24px 12px; background-color: alpha(@accent_bg_color, 0.12); }
+.earnings clamp > box, .welcome clamp > box { border-spacing: 18px; margin-top: 18px; }
+flowboxchild { padding: 0; background: none; }
 statuspage.compact > scrolledwindow > viewport > box { margin: 24px 12px; }
 )";
+
+/// Where the icons lie when the program is not installed for the system.
+void findOwnIcons() {
+  std::error_code ignored;
+  const auto folder = std::filesystem::read_symlink("/proc/self/exe", ignored).parent_path();
+  const auto icons = (folder / "../../share/icons").lexically_normal();
+  gtk_icon_theme_add_search_path(gtk_icon_theme_get_for_display(gdk_display_get_default()),
+                                 icons.c_str());
+}
 
 /// GTK takes the direction from the C library's locale, which may not be generated.
 void followLanguage() {
@@ -40,6 +59,7 @@ void prepareAppearance() {
                                              GTK_STYLE_PROVIDER(provider.get()),
                                              GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
   gtk_window_set_default_icon_name("com.brenvik.velmora");
+  findOwnIcons();
   followLanguage();
 }
 

@@ -1,28 +1,23 @@
 #pragma once
 
-#include <gio/gio.h>
-
-#include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
-#include <vector>
 
-#include "companion/window/child.hpp"
-#include "companion/window/placement.hpp"
+#include "companion/window/model.hpp"
+#include "companion/window/timer.hpp"
+#include "companion/window/widgets.hpp"
+#include "desktop/placement.hpp"
+#include "platform/processes/process.hpp"
 
 namespace companion::window {
 
-/// The widget on the desktop, as velmora-desktop shows it: whether it runs, now and at each login,
-/// and where it stands. Never waits for it.
+/// The widget on the desktop, as velmora-desktop shows it: whether it runs, whether it starts at
+/// login, where it stands. Never waits for it.
 class DesktopHost {
  public:
-  struct Events {
-    std::function<void()> changed;
-    std::function<void(const std::string& problem)> failed;
-  };
-
-  explicit DesktopHost(Events events);
+  explicit DesktopHost(std::function<void()> changed);
   ~DesktopHost();
   DesktopHost(const DesktopHost&) = delete;
   DesktopHost& operator=(const DesktopHost&) = delete;
@@ -32,36 +27,45 @@ class DesktopHost {
   [[nodiscard]] bool isAtLogin() const { return isAtLogin_; }
   /// Whether a start or an end is under way.
   [[nodiscard]] bool isChanging() const { return isChanging_; }
-  [[nodiscard]] const Placement& placement() const { return placement_; }
+  [[nodiscard]] const desktop::Placement& placement() const { return placement_; }
+  /// What did not work last, with the host's own words; stays until something else is done.
+  [[nodiscard]] const std::optional<Notice>& problem() const { return problem_; }
 
-  /// Starts it, now and at each login, or ends it for both.
+  /// Starts or ends it, for now.
   void show(bool shown);
-  /// Chooses a size or a place; a running widget takes it at once, another at its start.
-  void place(const Placement& placement);
+  void startAtLogin(bool starts);
+  /// Chooses how it looks and where it stands; kept at once, also while it does not run.
+  void place(const desktop::Placement& placement);
 
  private:
+  void watchHost();
+  void watchChoices();
   void nameChanged(bool isOwned);
   void choicesChanged();
-  void send(std::vector<std::string> options);
-  void sendNext();
+  void store();
+  void call(const std::vector<std::string>& words);
   void start();
-  void fail(const std::string& problem);
+  void ended(const platform::ProcessEnd& end);
+  void fail(const std::string& title, const std::string& details);
   void notify() const;
-  /// The same function, which does nothing once this is gone.
-  [[nodiscard]] std::function<void()> whileAlive(std::function<void()> function) const;
+  /// Runs work beside that may throw platform::FileError, then tells, unless this is gone.
+  void keep(std::function<void()> work, const std::string& whatFailed);
 
-  Events events_;
+  std::function<void()> changed_;
   std::string program_;
   bool isRunning_ = false;
   bool isAtLogin_ = false;
   bool isChanging_ = false;
-  Placement placement_;
+  std::optional<Notice> problem_;
+  int calls_ = 0;  ///< under way
+  desktop::Placement placement_;
   guint watch_ = 0;
+  Timer patience_;
+  Reference<GDBusConnection> bus_;
   Reference<GFileMonitor> monitor_;
-  std::deque<std::vector<std::string>> waiting_;
+  Reference<GCancellable> cancellable_{g_cancellable_new()};
   /// Gone with this, for what comes back later.
   std::shared_ptr<bool> life_ = std::make_shared<bool>(true);
-  std::unique_ptr<Child> call_;
 };
 
 }  // namespace companion::window

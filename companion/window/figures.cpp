@@ -1,29 +1,40 @@
 #include "companion/window/figures.hpp"
 
+#include <cmath>
+
 #include "VelmoraWidget/CurrencyFormat.hpp"
 #include "VelmoraWidget/PerformanceMetrics.hpp"
 #include "VelmoraWidget/WidgetComponents.hpp"
 #include "platform/foundation/localized_strings.hpp"
+#include "platform/foundation/percent_text.hpp"
 
 namespace companion::window {
 
 using platform::localizedFormat;
 using platform::localizedString;
 using velmora::Comparison;
+using velmora::MetricKind;
 using velmora::VelmoraSnapshot;
 
 namespace {
 
 constexpr const char* unknown = "—";
 
+Trend trendOf(double percent) {
+  if (std::nearbyint(percent) == 0) return Trend::level;
+  return percent > 0 ? Trend::up : Trend::down;
+}
+
 Figure compared(const std::string& title, const std::string& value, const std::string& note,
                 const Comparison& comparison) {
   Figure figure{.title = title, .value = value, .note = note};
-  auto change = comparison.deltaText();
-  if (!change) return figure;
-  figure.change = change->substr(1, change->size() - 2);  // without the brackets
-  figure.isUp = comparison.current >= comparison.previous;
-  figure.spokenChange = velmora::WidgetDelta{comparison}.spokenText();
+  const double percent =
+      (comparison.current - comparison.previous) / std::abs(comparison.previous) * 100;
+  if (!std::isfinite(percent)) return figure;  // nothing to compare with
+  figure.change = platform::changeText(percent, velmora::displayLocale());
+  figure.trend = trendOf(percent);
+  figure.spokenChange =
+      figure.trend == Trend::level ? *figure.change : velmora::WidgetDelta{comparison}.spokenText();
   return figure;
 }
 
@@ -36,8 +47,7 @@ FigureGroup earnings(const VelmoraSnapshot& snapshot) {
     return compared(title, amount(value), note, {value, before});
   };
   return {localizedString("Earnings"),
-          {{.title = localizedString("Today"), .value = amount(snapshot.today)},
-           row(localizedString("Yesterday"),
+          {row(localizedString("Yesterday"),
                localizedFormat("A week before: %s", {amount(snapshot.yesterdayPrevWeek)}),
                snapshot.yesterday, snapshot.yesterdayPrevWeek),
            row(localizedString("Last 7 days"),
@@ -56,13 +66,25 @@ FigureGroup payments(const VelmoraSnapshot& snapshot) {
             .note = snapshot.lastPaymentDateLabel.value_or("")}}};
 }
 
+/// Whole, unlike in the widget: here is room.
+std::string valueText(const velmora::PerfMetric& metric, double value) {
+  switch (metric.kind) {
+    case MetricKind::currency:
+      return velmora::formatCurrency(value, metric.currency);
+    case MetricKind::percent:
+      return platform::percentText(value, 2, velmora::displayLocale());
+    case MetricKind::count:
+      break;
+  }
+  return velmora::formatNumber(value, 0);
+}
+
 FigureGroup performance(const VelmoraSnapshot& snapshot) {
   FigureGroup group{localizedString("Performance · Yesterday"), {}};
   for (const auto& metric : velmora::perfMetrics(snapshot)) {
-    auto before = metric;
-    before.comparison.current = metric.comparison.previous;
-    group.figures.push_back(compared(metric.title, metric.valueText(),
-                                     localizedFormat("A week before: %s", {before.valueText()}),
+    const auto before = valueText(metric, metric.comparison.previous);
+    group.figures.push_back(compared(metric.title, valueText(metric, metric.comparison.current),
+                                     localizedFormat("A week before: %s", {before}),
                                      metric.comparison));
   }
   return group;

@@ -3,15 +3,16 @@
 #include <vector>
 
 #include "companion/window/figures.hpp"
-#include "companion/window/session.hpp"
+#include "companion/window/folding_row.hpp"
+#include "companion/window/model.hpp"
 #include "companion/window/widgets.hpp"
 
 namespace companion::window {
 
-/// All figures that the widget knows, when they were fetched, and "Refresh Now".
+/// All figures that the widget knows, in lists.
 class FiguresGroups {
  public:
-  explicit FiguresGroups(Session& session);
+  FiguresGroups();
 
   /// In the order in which they stand on the page.
   [[nodiscard]] const std::vector<AdwPreferencesGroup*>& groups() const { return groups_; }
@@ -19,16 +20,14 @@ class FiguresGroups {
 
  private:
   struct Row {
-    GtkWidget* row;
     GtkWidget* value;
     GtkWidget* change;
+    FoldingRow row;
   };
 
-  void makeRows(const std::vector<FigureGroup>& groups);
+  void makeRow(AdwPreferencesGroup* group, const std::string& title);
   static void show(const Row& row, const Figure& figure);
 
-  GtkWidget* refresh_;
-  GtkWidget* spinner_;
   std::vector<AdwPreferencesGroup*> groups_;
   std::vector<Row> rows_;
 };

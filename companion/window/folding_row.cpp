@@ -19,12 +19,16 @@ GtkWidget* textLabel(const char* cssClass) {
 
 /// In the shape of the library's own rows, whose styles it takes on.
 FoldingRow::FoldingRow(GtkWidget* sign, const std::string& title, GtkWidget* end)
-    : row(adw_preferences_row_new()), title_(textLabel("title")), subtitle_(textLabel("subtitle")) {
+    : row(adw_preferences_row_new()),
+      title_(textLabel("title")),
+      subtitle_(textLabel("subtitle")),
+      details_(Details::make()) {
   GtkWidget* texts = gtk_box_new(GTK_ORIENTATION_VERTICAL, 3);
   gtk_widget_set_valign(texts, GTK_ALIGN_CENTER);
   gtk_widget_add_css_class(texts, "title");
   gtk_box_append(GTK_BOX(texts), title_);
   gtk_box_append(GTK_BOX(texts), subtitle_);
+  gtk_box_append(GTK_BOX(texts), details_.widget());
   GtkWidget* fold = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, 0);
   gtk_widget_set_layout_manager(fold, makeFoldingLayout());
   gtk_widget_set_hexpand(fold, TRUE);
@@ -33,8 +37,10 @@ FoldingRow::FoldingRow(GtkWidget* sign, const std::string& title, GtkWidget* end
   GtkWidget* header = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, 12);
   gtk_widget_add_css_class(header, "header");
   gtk_widget_add_css_class(header, "folding");
-  gtk_widget_set_valign(sign, GTK_ALIGN_CENTER);
-  gtk_box_append(GTK_BOX(header), sign);
+  if (sign != nullptr) {
+    gtk_widget_set_valign(sign, GTK_ALIGN_CENTER);
+    gtk_box_append(GTK_BOX(header), sign);
+  }
   gtk_box_append(GTK_BOX(header), fold);
   gtk_list_box_row_set_child(GTK_LIST_BOX_ROW(row), header);
   gtk_list_box_row_set_activatable(GTK_LIST_BOX_ROW(row), FALSE);

@@ -51,6 +51,7 @@ gboolean endOnSignal(gpointer data) {
 
 int main(int argumentCount, char** arguments) {
   platform::occupyStandardStreams();
+  platform::surviveFailedWrites();
   platform::loadStringTables();
   g_set_prgname(identifier);
   g_set_application_name("Velmora");

@@ -7,6 +7,7 @@
 #include "companion/window/overview_page.hpp"
 #include "companion/window/session.hpp"
 #include "companion/window/sign_in_page.hpp"
+#include "companion/window/waiting_pages.hpp"
 #include "companion/window/welcome_page.hpp"
 
 namespace companion::window {
@@ -25,25 +26,34 @@ class MainWindow {
 
  private:
   void makeContent();
+  GtkWidget* makeHeader();
+  GtkWidget* makeRefreshButton();
+  GtkWidget* makeMenuButton();
   void makeActions();
   void addAction(const char* name, std::function<void()> activated);
   void enableAction(const char* name, bool enabled);
-  GtkWidget* makeMenuButton();
+  void followState();
   void update();
+  void updateActions(Page page);
   void makePage(Page page);
-  void makeOverview();
-  void hideOthers();
-  void say(const std::string& message);
+  GtkWidget* widgetFor(Page page);
+  GtkWidget* makeOverview();
+  void showView(const char* name);
+  void focusPage(Page page);
   void prepareToClose();
   void leave();
 
   Session& session_;
   std::function<void()> closed_;
   AdwApplicationWindow* window_;
-  AdwToastOverlay* toasts_ = nullptr;
   GtkStack* stack_ = nullptr;
-  GtkWidget* loading_ = nullptr;
+  AdwViewSwitcherTitle* switcher_ = nullptr;
+  AdwViewSwitcherBar* bottomSwitcher_ = nullptr;
+  GtkWidget* refreshButton_ = nullptr;
+  GtkWidget* refreshSpinner_ = nullptr;
   GtkWidget* menuButton_ = nullptr;
+  std::optional<BusyPage> loading_;
+  std::optional<BusyPage> signingOut_;
   std::optional<WelcomePage> welcome_;
   std::optional<SignInPage> signIn_;
   std::optional<SignInFailedPage> failed_;

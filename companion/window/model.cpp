@@ -4,10 +4,12 @@
 #include <cmath>
 
 #include "VelmoraWidget/CurrencyFormat.hpp"
+#include "companion/history/chart_model.hpp"
+#include "platform/foundation/bundle.hpp"
 #include "platform/foundation/clock.hpp"
 #include "platform/foundation/formatting.hpp"
 #include "platform/foundation/localized_strings.hpp"
-#include "platform/foundation/text.hpp"
+#include "platform/foundation/percent_text.hpp"
 
 namespace companion::window {
 
@@ -17,6 +19,21 @@ using platform::localizedString;
 namespace {
 
 constexpr double reloadInterval = 1800;  // seconds, the widget's own
+
+/// After the clock was set back, what lies in the future is not recent for ever.
+bool isRecent(const std::optional<platform::Instant>& instant) {
+  if (!instant) return false;
+  const double age = platform::now().secondsSinceReferenceDate - instant->secondsSinceReferenceDate;
+  return std::abs(age) < reloadInterval;
+}
+
+Notice noticeForUnstored() {
+  const auto folder = platform::stateFolder();
+  return {.title = localizedString("The figures are not kept"),
+          .advice = localizedFormat("Nothing can be stored in %s. The widget shows older figures "
+                                    "until there is room, or its permissions are mended.",
+                                    {folder ? folder->string() : "~"})};
+}
 
 }  // namespace
 
@@ -29,19 +46,28 @@ Page pageFor(const State& state) {
     default:
       return Page::signingIn;
   }
+  if (state.isSigningOut) return Page::signingOut;
   if (!state.isLoaded) return Page::loading;
   if (state.status.isSignedIn) return Page::overview;
-  return state.isKeyringLocked ? Page::locked : Page::welcome;
+  if (state.keyring == Keyring::usable) return Page::welcome;
+  return state.keyring == Keyring::locked ? Page::locked : Page::noKeyring;
 }
 
-std::string accountText(const State& state) {
-  if (!state.accountName.empty()) return state.accountName;
+const velmora::VelmoraSnapshot* figuresOf(const State& state) {
+  if (state.unstored) return &*state.unstored;
+  return state.status.snapshot ? &*state.status.snapshot : nullptr;
+}
+
+std::string accountId(const State& state) {
   const auto name = state.status.account.value_or("");
   return name.substr(name.rfind('/') + 1);
 }
 
+std::string accountText(const State& state) {
+  return state.accountName.empty() ? accountId(state) : state.accountName;
+}
+
 std::string clientFileText(const State& state) {
-  if (!state.clientFileError.empty()) return state.clientFileError;
   if (state.status.client) return state.status.client->client.config.clientID;
   return localizedString("Drop it here or choose it.");
 }
@@ -53,45 +79,42 @@ double shareOf(double earned, double goal) {
 
 std::string progressText(double earned, double goal, const std::string& currency) {
   const double share = goal > 0 ? earned / goal : 0;
-  const auto locale = velmora::displayLocale();
-  const auto percent = platform::decimalText(std::isfinite(share) ? share * 100 : 0, 0, locale);
-  return localizedFormat("%s so far, %s %% of the goal",
-                         {velmora::formatCurrency(earned, currency), percent.value_or("0")});
+  const auto percent =
+      platform::percentText(std::isfinite(share) ? share * 100 : 0, 0, velmora::displayLocale());
+  return localizedFormat("%s of %s", {percent, shortAmount(goal, currency)});
 }
 
-Notice noticeFor(const RefreshFailure& failure) {
-  const auto title = localizedString("The figures could not be refreshed");
-  using Case = RefreshFailure::Case;
-  switch (failure.kind) {
-    case Case::signedOut:
-      return {localizedString("Google ended the sign-in"),
-              localizedString("Sign in again to get new figures. The last ones stay until then."),
-              true};
-    case Case::unreachable:
-      return {title, localizedString("Google could not be reached. Check the network, then try "
-                                     "again.")};
-    case Case::forbidden:
-      return {title, localizedString("Google did not allow it. Check that the AdSense Management "
-                                     "API is enabled in the project of your client file.")};
-    case Case::tooMany:
-      return {title, localizedString("Google asks for a pause. Try again later.")};
-    case Case::other:
-      break;
-  }
-  return {title, platform::oneLine(failure.description)};
+Notice noticeFor(const Failure& failure) {
+  return {failure.title, failure.advice, failure.details, failure.remedy, failure.page, false};
+}
+
+std::vector<Notice> noticesFor(const State& state) {
+  std::vector<Notice> notices;
+  if (state.message) notices.push_back(*state.message);
+  if (state.failure) notices.push_back(noticeFor(*state.failure));
+  if (state.unstored) notices.push_back(noticeForUnstored());
+  if (state.historyFailure && !state.failure) notices.push_back(noticeFor(*state.historyFailure));
+  return notices;
 }
 
 std::string refreshedText(const State& state) {
-  if (!state.status.snapshot) return "";
-  const auto time =
-      platform::dateTimeText(state.status.snapshot->updatedAt, velmora::displayLocale());
-  return localizedFormat("Refreshed: %s", {time});
+  if (const auto* figures = figuresOf(state))
+    return localizedFormat("Refreshed: %s",
+                           {platform::dateTimeText(figures->updatedAt, velmora::displayLocale())});
+  return state.isRefreshing ? localizedString("Fetching your figures…")
+                            : localizedString("There are no figures yet.");
 }
 
 bool wantsRefresh(const State& state) {
-  if (!state.status.isSignedIn || state.isRefreshing) return false;
-  const auto& snapshot = state.status.snapshot;
-  return !snapshot || !(snapshot->updatedAt + reloadInterval > platform::now());
+  if (!state.status.isSignedIn || state.isRefreshing || isRecent(state.triedAt)) return false;
+  const auto* figures = figuresOf(state);
+  return figures == nullptr || !(figures->updatedAt + reloadInterval > platform::now());
+}
+
+bool wantsHistory(const State& state) {
+  if (!state.status.isSignedIn || state.isFetchingHistory || isRecent(state.historyTriedAt))
+    return false;
+  return !state.history || !(state.history->updatedAt + reloadInterval > platform::now());
 }
 
 }  // namespace companion::window

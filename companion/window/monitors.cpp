@@ -1,5 +1,7 @@
 #include "companion/window/monitors.hpp"
 
+#include <charconv>
+
 #include "companion/window/widgets.hpp"
 
 namespace companion::window {
@@ -28,6 +30,18 @@ std::vector<Monitor> monitorsOf(GdkDisplay* display) {
     if (!connector.empty()) monitors.push_back({connector, nameOf(monitor.get(), connector)});
   }
   return monitors;
+}
+
+std::optional<std::string> connectorOf(const std::string& chosen,
+                                       const std::vector<Monitor>& monitors) {
+  if (chosen.empty()) return chosen;
+  std::size_t number = monitors.size();
+  const auto [end, error] = std::from_chars(chosen.data(), chosen.data() + chosen.size(), number);
+  const bool isNumber = error == std::errc{} && end == chosen.data() + chosen.size();
+  if (isNumber && number < monitors.size()) return monitors[number].connector;
+  for (const auto& monitor : monitors)
+    if (monitor.connector == chosen) return chosen;
+  return std::nullopt;
 }
 
 }  // namespace companion::window

@@ -2,6 +2,7 @@
 
 #include <gdk/gdk.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,5 +15,10 @@ struct Monitor {
 };
 
 std::vector<Monitor> monitorsOf(GdkDisplay* display);
+
+/// The connector of the monitor that was chosen by name, by number from 0, or by the empty text for
+/// the main one, which stays empty. Absent when it is not connected.
+std::optional<std::string> connectorOf(const std::string& chosen,
+                                       const std::vector<Monitor>& monitors);
 
 }  // namespace companion::window

@@ -1,31 +1,42 @@
 #pragma once
 
-#include "companion/window/account_group.hpp"
-#include "companion/window/desktop_group.hpp"
-#include "companion/window/figures_group.hpp"
-#include "companion/window/goals_group.hpp"
-#include "companion/window/notice_group.hpp"
+#include <optional>
+
+#include "companion/window/account_view.hpp"
+#include "companion/window/earnings_view.hpp"
+#include "companion/window/widget_view.hpp"
 
 namespace companion::window {
 
-/// Everything for somebody who is signed in, on one scrolling page.
+/// Everything for somebody who is signed in, in three views. A view is made when it is first shown.
 class OverviewPage {
  public:
   OverviewPage(Session& session, DesktopHost& host);
+  OverviewPage(const OverviewPage&) = delete;
+  OverviewPage& operator=(const OverviewPage&) = delete;
 
-  [[nodiscard]] GtkWidget* widget() const { return page_; }
+  [[nodiscard]] GtkWidget* widget() const { return GTK_WIDGET(stack_); }
+  [[nodiscard]] AdwViewStack* stack() const { return stack_; }
   void update(const State& state);
-  void updateDesktop() { desktop_.update(); }
-  void redraw() { desktop_.redraw(); }
-  void settle() { goals_.settle(); }
+  void updateHost();
+  /// What the widget shows may look different now.
+  void redraw();
+  /// Stores at once what was typed last.
+  void settle();
 
  private:
-  GtkWidget* page_;
-  NoticeGroup notice_;
-  AccountGroup account_;
-  GoalsGroup goals_;
-  DesktopGroup desktop_;
-  FiguresGroups figures_;
+  GtkWidget* addView(const char* name, const std::string& title, const char* icon);
+  void showView();
+
+  Session& session_;
+  DesktopHost& host_;
+  AdwViewStack* stack_;
+  GtkWidget* earningsPlace_;
+  GtkWidget* widgetPlace_;
+  GtkWidget* accountPlace_;
+  std::optional<EarningsView> earnings_;
+  std::optional<WidgetView> widget_;
+  std::optional<AccountView> account_;
 };
 
 }  // namespace companion::window

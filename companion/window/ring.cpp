@@ -1,16 +1,18 @@
 #include "companion/window/ring.hpp"
 
+#include <algorithm>
 #include <numbers>
 
 namespace companion::window {
 
 namespace {
 
-constexpr int diameter = 32;
-constexpr double lineWidth = 4;
+constexpr double lineShare = 0.14;  // of the diameter
 constexpr const char* shareKey = "velmora-share";
 
 void draw(GtkDrawingArea* area, cairo_t* context, int width, int height, gpointer) {
+  const double diameter = std::min(width, height);
+  const double lineWidth = diameter * lineShare;
   const double radius = (diameter - lineWidth) / 2;
   const auto* share = static_cast<double*>(g_object_get_data(G_OBJECT(area), shareKey));
   GdkRGBA color;
@@ -30,7 +32,7 @@ void draw(GtkDrawingArea* area, cairo_t* context, int width, int height, gpointe
 
 }  // namespace
 
-GtkWidget* makeRing() {
+GtkWidget* makeRing(int diameter) {
   auto* ring = GTK_WIDGET(g_object_new(
       GTK_TYPE_DRAWING_AREA, "accessible-role", GTK_ACCESSIBLE_ROLE_PRESENTATION, "content-width",
       diameter, "content-height", diameter, "valign", GTK_ALIGN_CENTER, nullptr));
@@ -42,6 +44,7 @@ GtkWidget* makeRing() {
 void setShare(GtkWidget* ring, double share) {
   g_object_set_data_full(G_OBJECT(ring), shareKey, new double(share),
                          [](gpointer data) { delete static_cast<double*>(data); });
+  (share < 1 ? gtk_widget_remove_css_class : gtk_widget_add_css_class)(ring, "reached");
   gtk_widget_queue_draw(ring);
 }
 

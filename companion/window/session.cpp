@@ -1,12 +1,17 @@
 #include "companion/window/session.hpp"
 
-#include "companion/beside.hpp"
-#include "companion/browser.hpp"
+#include "companion/account_name.hpp"
+#include "companion/client_file.hpp"
+#include "companion/former_figures.hpp"
+#include "companion/main_loop_tasks.hpp"
 #include "companion/running_host.hpp"
+#include "companion/sign_in_words.hpp"
 #include "companion/user_data.hpp"
+#include "companion/window/application_hold.hpp"
 #include "companion/window/keyring_prompt.hpp"
-#include "companion/window/widgets.hpp"
+#include "companion/window/keyring_work.hpp"
 #include "platform/foundation/localized_strings.hpp"
+#include "platform/keychain/keychain.hpp"
 
 namespace companion::window {
 
@@ -14,59 +19,107 @@ namespace {
 
 using platform::localizedString;
 
-constexpr std::chrono::seconds signInTimeLimit{600};
+Keyring keyringNow() {
+  namespace status = platform::keychain_status;
+  const auto readiness = platform::keychainReadiness();
+  if (readiness == status::interactionNotAllowed) return Keyring::locked;
+  // One that holds nothing yet is made when it is needed.
+  return readiness == status::notAvailable ? Keyring::away : Keyring::usable;
+}
 
-void hold() { g_application_hold(g_application_get_default()); }
-void release() { g_application_release(g_application_get_default()); }
+Notice noticeForWithdrawal() {
+  return {.title = localizedString("You are signed out here, but Google does not know"),
+          .advice = localizedString("Google could not be told. Remove Velmora’s access in your "
+                                    "Google Account as well."),
+          .remedy = Remedy::openPage,
+          .page = accountAccessPage,
+          .canBeClosed = true};
+}
 
-bool keyringIsLocked() {
-  try {
-    requireKeyring();
-  } catch (const SignInError& error) {
-    return error.kind == SignInError::Case::keyringLocked;
-  }
-  return false;
+Notice noticeForSignOut(const SignInError& error) {
+  const auto failure = describeSignInFailure(error);
+  return {.title = localizedString("You are still signed in"),
+          .advice = failure.advice,
+          .details = failure.details,
+          .canBeClosed = true};
+}
+
+Notice noticeForFile(const std::string& problem) {
+  return {.title = localizedString("This file cannot be used"), .advice = problem};
 }
 
 }  // namespace
 
-struct Session::Loaded {
-  Status status;
-  bool isKeyringLocked = false;
-};
+Session::Session()
+    : signIn_(
+          state_, [this] { changed(); },
+          [this](const SignInOutcome& outcome) { signInFinished(outcome); }),
+      goals_(
+          state_, [this] { changed(); },
+          [this] {
+            refreshRunningHost();
+            widgetChanged();
+          }),
+      figures_(
+          state_, [this] { changed(); },
+          [this] {
+            if (!state_.failure) {
+              refreshRunningHost();
+              history_.update();
+            }
+            load();
+          }),
+      history_(state_, [this] { changed(); }) {}
 
 void Session::changed() const {
   if (listener_.changed) listener_.changed();
 }
 
-void Session::say(const std::string& message) const {
-  if (listener_.said) listener_.said(message);
+void Session::widgetChanged() const {
+  if (listener_.widgetChanged) listener_.widgetChanged();
 }
 
 void Session::load() {
+  struct Loaded {
+    Status status;
+    Keyring keyring = Keyring::usable;
+    std::string accountName;
+  };
   auto loaded = std::make_shared<Loaded>();
   runBeside(
       [loaded] {
+        settleFigures();
         loaded->status = currentStatus();
-        loaded->isKeyringLocked = !loaded->status.isSignedIn && keyringIsLocked();
+        if (!loaded->status.isSignedIn) loaded->keyring = keyringNow();
+        if (loaded->status.account) loaded->accountName = keptAccountName(*loaded->status.account);
       },
-      [this, loaded] { take(*loaded); });
+      [this, loaded] { take(loaded->status, loaded->keyring, loaded->accountName); });
 }
 
-void Session::take(const Loaded& loaded) {
-  const bool other = !state_.isLoaded || loaded.status.isSignedIn != state_.status.isSignedIn ||
-                     loaded.status.goals != state_.status.goals ||
-                     loaded.status.snapshot != state_.status.snapshot;
-  if (state_.status.account && loaded.status.account != state_.status.account)
-    state_.accountName.clear();
-  const auto goals = state_.status.goals;
+void Session::take(const Status& status, Keyring keyring, const std::string& accountName) {
+  const auto former = state_.status;
+  const bool isOther = !state_.isLoaded || status.isSignedIn != former.isSignedIn ||
+                       status.goals != former.goals || status.snapshot != former.snapshot;
+  const bool isOtherUser =
+      !status.isSignedIn || (former.account && status.account != former.account);
+  if (isOtherUser) forgetUser();
+  if (!state_.isLoaded) state_.isSigningOut = false;
   state_.isLoaded = true;
-  state_.status = loaded.status;
-  if (isStoring_) state_.status.goals = goals;
-  state_.isKeyringLocked = loaded.isKeyringLocked;
+  state_.status = status;
+  state_.keyring = keyring;
+  if (goals_.isStoring()) state_.status.goals = former.goals;
+  if (status.account) state_.accountName = accountName;
   changed();
-  if (other && listener_.widgetChanged) listener_.widgetChanged();
-  if (wantsRefresh(state_) && !state_.failure) refresh();
+  if (isOther) widgetChanged();
+  if (wantsRefresh(state_)) figures_.refresh();
+  history_.load();
+}
+
+/// Everything that belongs to one user and is not read anew.
+void Session::forgetUser() {
+  state_.accountName.clear();
+  figures_.forget();
+  history_.forget();
 }
 
 void Session::unlockKeyring() {
@@ -75,180 +128,65 @@ void Session::unlockKeyring() {
   });
 }
 
-void Session::write(Work work, std::function<void(const std::string&)> done, bool mayPrompt) {
-  struct Outcome {
-    std::string problem;
-    bool isLocked = false;
-  };
-  auto outcome = std::make_shared<Outcome>();
-  hold();
+void Session::takeOverClientFile(const std::string& file) {
+  auto problem = std::make_shared<std::string>();
   runBeside(
-      [work, outcome] {
+      [file, problem] {
         try {
-          work();
-        } catch (const SignInError& error) {
-          outcome->problem = error.what();
-          outcome->isLocked = error.kind == SignInError::Case::keyringLocked;
+          companion::takeOverClientFile(file);
         } catch (const std::exception& error) {
-          outcome->problem = error.what();
+          *problem = error.what();
         }
       },
-      [this, work, done, mayPrompt, outcome] {
-        if (outcome->isLocked && mayPrompt) {
-          promptForKeyring([this, work, done, outcome](bool usable) {
-            if (usable)
-              write(work, done, false);
-            else
-              done(outcome->problem);
-          });
-        } else {
-          done(outcome->problem);
-        }
-        release();
+      [this, problem, hold = std::make_shared<ApplicationHold>()] {
+        state_.clientFileProblem.reset();
+        if (!problem->empty()) state_.clientFileProblem = noticeForFile(*problem);
+        if (problem->empty() && state_.failure) state_.triedAt.reset();
+        dismissFailure();
+        if (problem->empty()) load();
+        changed();
       });
 }
 
-void Session::takeOverClientFile(const std::string& file) {
-  write([file] { companion::takeOverClientFile(file); },
-        [this](const std::string& problem) {
-          state_.clientFileError = problem;
-          if (problem.empty()) load();
-          changed();
-        });
+void Session::signIn() {
+  state_.message.reset();
+  signIn_.start();
 }
 
-void Session::storeGoals(const velmora::Objectives& goals) {
-  if (goals == state_.status.goals) return;
-  if (!isStoring_) storedGoals_ = state_.status.goals;
-  state_.status.goals = goals;
+void Session::signInFinished(const SignInOutcome& outcome) {
+  if (!outcome.error) {
+    forgetUser();
+    state_.isLoaded = false;
+    state_.accountName = outcome.account;
+    refreshRunningHost();
+    load();
+  }
   changed();
-  if (!isStoring_) storeLatestGoals();
-}
-
-/// One after the other, so that the last ones stay.
-void Session::storeLatestGoals() {
-  isStoring_ = true;
-  const auto goals = state_.status.goals;
-  write([goals] { companion::storeGoals(goals); },
-        [this, goals](const std::string& problem) {
-          isStoring_ = false;
-          if (!problem.empty()) {
-            state_.status.goals = storedGoals_;
-            say(problem);
-            return changed();
-          }
-          storedGoals_ = goals;
-          if (state_.status.goals != goals) return storeLatestGoals();
-          refreshRunningHost();
-          if (listener_.widgetChanged) listener_.widgetChanged();
-        });
+  if (listener_.signInEnded) listener_.signInEnded();
 }
 
 void Session::signOut() {
+  state_.isSigningOut = true;
+  state_.message.reset();
+  changed();
   auto isWithdrawn = std::make_shared<bool>(true);
-  write([isWithdrawn] { *isWithdrawn = companion::signOut(); },
-        [this, isWithdrawn](const std::string& problem) {
-          if (!problem.empty()) return say(problem);
-          if (!*isWithdrawn)
-            say(
-                localizedString("Google could not be told. Remove Velmora’s access in your Google "
-                                "Account as well."));
-          state_.accountName.clear();
-          state_.failure.reset();
-          refreshRunningHost();
-          load();
-        });
+  runWithKeyring([isWithdrawn] { *isWithdrawn = companion::signOut(); },
+                 [this, isWithdrawn](const std::optional<SignInError>& error) {
+                   if (error) state_.message = noticeForSignOut(*error);
+                   if (!error) signedOut(*isWithdrawn);
+                   state_.isLoaded = false;
+                   load();
+                 });
 }
 
-void Session::refresh() {
-  if (state_.isRefreshing || !state_.status.isSignedIn) return;
-  state_.isRefreshing = true;
-  changed();
-  auto failure = std::make_shared<std::optional<RefreshFailure>>();
-  auto loaded = std::make_shared<Loaded>();
-  runBeside(
-      [failure, loaded] {
-        *failure = refreshFigures();
-        loaded->status = currentStatus();
-        loaded->isKeyringLocked = !loaded->status.isSignedIn && keyringIsLocked();
-      },
-      [this, failure, loaded] {
-        state_.isRefreshing = false;
-        state_.failure = *failure;
-        if (!*failure) refreshRunningHost();
-        take(*loaded);
-      });
+void Session::signedOut(bool isWithdrawn) {
+  if (!isWithdrawn) state_.message = noticeForWithdrawal();
+  forgetUser();
+  refreshRunningHost();
 }
 
-void Session::signIn() { startSignIn(true); }
-
-void Session::startSignIn(bool mayPrompt) {
-  state_.signIn = SignInPhase::preparing;
-  state_.signInError.clear();
-  state_.address.clear();
-  changed();
-  signIn_ = std::make_unique<SignIn>(
-      signInTimeLimit, SignInEvents{[this](const std::string& address) { waitForBrowser(address); },
-                                    [this] {
-                                      hold();
-                                      isHeld_ = true;
-                                      state_.signIn = SignInPhase::finishing;
-                                      changed();
-                                    },
-                                    [this, mayPrompt](const SignInOutcome& outcome) {
-                                      signInFinished(outcome, mayPrompt);
-                                    }});
-}
-
-void Session::waitForBrowser(const std::string& address) {
-  state_.signIn = SignInPhase::waiting;
-  state_.address = address;
-  state_.browserOpened = true;
-  changed();
-  openBrowserAgain();
-}
-
-void Session::openBrowserAgain() {
-  auto opened = std::make_shared<bool>(false);
-  runBeside([opened, address = state_.address] { *opened = openInBrowser(address); },
-            [this, opened] {
-              state_.browserOpened = *opened;
-              changed();
-            });
-}
-
-void Session::signInFinished(const SignInOutcome& outcome, bool mayPrompt) {
-  if (std::exchange(isHeld_, false)) release();
-  if (!outcome.error) {
-    state_.signIn = SignInPhase::none;
-    state_.isLoaded = false;
-    state_.accountName = outcome.account;
-    state_.failure.reset();
-    refreshRunningHost();
-    load();
-    if (listener_.signedIn) listener_.signedIn();
-    return;
-  }
-  if (outcome.error->kind == SignInError::Case::keyringLocked && mayPrompt) {
-    return promptForKeyring([this, outcome](bool usable) {
-      if (usable)
-        startSignIn(false);
-      else
-        signInFinished(outcome, false);
-    });
-  }
-  const bool cancelled = outcome.error->kind == SignInError::Case::cancelled;
-  state_.signIn = cancelled ? SignInPhase::none : SignInPhase::failed;
-  state_.signInError = outcome.error->what();
-  changed();
-}
-
-void Session::cancelSignIn() {
-  if (signIn_ && state_.signIn != SignInPhase::finishing) signIn_->cancel();
-}
-
-void Session::dismissFailure() {
-  state_.signIn = SignInPhase::none;
+void Session::closeMessage() {
+  state_.message.reset();
   changed();
 }
 

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 #include <string>
 
-#include "companion/sign_in.hpp"
+#include "companion/window/figures_feed.hpp"
+#include "companion/window/goals_store.hpp"
+#include "companion/window/history_feed.hpp"
 #include "companion/window/model.hpp"
+#include "companion/window/sign_in_flow.hpp"
 
 namespace companion::window {
 
@@ -16,49 +18,45 @@ class Session {
  public:
   struct Listener {
     std::function<void()> changed;
-    std::function<void(const std::string&)> said;
-    std::function<void()> signedIn;
+    /// A sign-in has ended, well or not: the browser is in front.
+    std::function<void()> signInEnded;
     /// What the widget shows may look different now.
     std::function<void()> widgetChanged;
   };
 
+  Session();
+
   void setListener(Listener listener) { listener_ = std::move(listener); }
   [[nodiscard]] const State& state() const { return state_; }
 
-  /// Reads everything at hand; fetches figures where they are missing or old.
+  /// Reads everything at hand; fetches what is missing or old.
   void load();
   void unlockKeyring();
   void takeOverClientFile(const std::string& file);
   void signIn();
-  void cancelSignIn();
-  void dismissFailure();
-  void openBrowserAgain();
+  void cancelSignIn() { signIn_.cancel(); }
+  void dismissFailure() { signIn_.dismiss(); }
+  void openBrowserAgain() { signIn_.openBrowser(); }
   void signOut();
-  void storeGoals(const velmora::Objectives& goals);
-  void refresh();
-  /// Shows a short message.
-  void say(const std::string& message) const;
+  void storeGoals(const velmora::Objectives& goals) { goals_.store(goals); }
+  /// Fetches figures and days, because the user wants them.
+  void refresh() { figures_.refresh(); }
+  void closeMessage();
 
  private:
-  struct Loaded;
-  using Work = std::function<void()>;
-
   void changed() const;
-  void take(const Loaded& loaded);
-  void startSignIn(bool mayPrompt);
-  void signInFinished(const SignInOutcome& outcome, bool mayPrompt);
-  void storeLatestGoals();
-  void waitForBrowser(const std::string& address);
-  /// Runs work that writes. Asks the user once when the keyring is locked.
-  void write(Work work, std::function<void(const std::string& problem)> done,
-             bool mayPrompt = true);
+  void widgetChanged() const;
+  void take(const Status& status, Keyring keyring, const std::string& accountName);
+  void signInFinished(const SignInOutcome& outcome);
+  void signedOut(bool isWithdrawn);
+  void forgetUser();
 
   State state_;
   Listener listener_;
-  std::unique_ptr<SignIn> signIn_;
-  bool isHeld_ = false;
-  bool isStoring_ = false;
-  velmora::Objectives storedGoals_;
+  SignInFlow signIn_;
+  GoalsStore goals_;
+  FiguresFeed figures_;
+  HistoryFeed history_;
 };
 
 }  // namespace companion::window

@@ -18,8 +18,11 @@ struct Shortcut {
 };
 
 std::vector<Shortcut> shortcuts() {
-  return {{localizedString("Refresh the figures"), "win.refresh", {"<Control>r", "F5"}},
+  return {{localizedString("Refresh the figures"), "win.refresh", {"F5", "<Control>r"}},
           {localizedString("Choose a client file"), "win.choose-file", {"<Control>o"}},
+          {localizedString("Show the earnings"), "win.show-earnings", {"<Alt>1"}},
+          {localizedString("Show the widget’s settings"), "win.show-widget", {"<Alt>2"}},
+          {localizedString("Show the account"), "win.show-account", {"<Alt>3"}},
           {localizedString("Cancel the sign-in"), "win.cancel", {"Escape"}},
           {localizedString("Open the menu"), "win.menu", {"F10"}},
           {localizedString("Keyboard shortcuts"), "win.shortcuts", {"<Control>question"}},
@@ -28,7 +31,10 @@ std::vector<Shortcut> shortcuts() {
 
 std::string keysOf(const Shortcut& shortcut) {
   std::string keys;
-  for (const char* key : shortcut.keys) keys += (keys.empty() ? "" : " ") + std::string(key);
+  for (const char* key : shortcut.keys) {
+    if (!keys.empty()) keys += ' ';
+    keys += key;
+  }
   return keys;
 }
 

@@ -1,5 +1,7 @@
 #include "companion/window/sign_in_page.hpp"
 
+#include "companion/window/remedy_button.hpp"
+#include "companion/window/status_page.hpp"
 #include "platform/foundation/localized_strings.hpp"
 
 namespace companion::window {
@@ -7,32 +9,6 @@ namespace companion::window {
 using platform::localizedString;
 
 namespace {
-
-GtkWidget* statusPage(const char* icon, const std::string& title) {
-  GtkWidget* page = adw_status_page_new();
-  adw_status_page_set_icon_name(ADW_STATUS_PAGE(page), icon);
-  adw_status_page_set_title(ADW_STATUS_PAGE(page), escaped(title).c_str());
-  gtk_widget_add_css_class(page, "compact");
-  return page;
-}
-
-void setDescription(GtkWidget* page, const std::string& text) {
-  adw_status_page_set_description(ADW_STATUS_PAGE(page), escaped(text).c_str());
-}
-
-GtkWidget* pill(GtkWidget* button, bool isSuggested) {
-  gtk_widget_add_css_class(button, "pill");
-  if (isSuggested) gtk_widget_add_css_class(button, "suggested-action");
-  return button;
-}
-
-/// All as wide as the widest.
-GtkWidget* column(std::initializer_list<GtkWidget*> children) {
-  GtkWidget* box = gtk_box_new(GTK_ORIENTATION_VERTICAL, 12);
-  gtk_widget_set_halign(box, GTK_ALIGN_CENTER);
-  for (auto* child : children) gtk_box_append(GTK_BOX(box), child);
-  return box;
-}
 
 std::string descriptionFor(const State& state) {
   if (state.signIn == SignInPhase::preparing) return localizedString("One moment…");
@@ -48,59 +24,70 @@ std::string descriptionFor(const State& state) {
       "Choose “Advanced” and go on.");
 }
 
+GtkWidget* copiedLabel() {
+  GtkWidget* label = gtk_label_new(localizedString("The address is copied.").c_str());
+  gtk_widget_add_css_class(label, "dim-label");
+  gtk_widget_set_visible(label, FALSE);
+  return label;
+}
+
 }  // namespace
 
 SignInPage::SignInPage(Session& session)
     : session_(session),
-      page_(statusPage("web-browser-symbolic", localizedString("Continue in Your Browser"))),
-      spinner_(gtk_spinner_new()),
+      spinner_(largeSpinner(localizedString("Waiting for the browser"))),
       again_(pill(textButton(localizedString("_Open Browser Again"),
                              [this] { session_.openBrowserAgain(); }),
                   false)),
-      copy_(pill(textButton(localizedString("Copy _Address"),
-                            [this] {
-                              gdk_clipboard_set_text(gtk_widget_get_clipboard(page_),
-                                                     session_.state().address.c_str());
-                              session_.say(localizedString("The address is copied."));
-                            }),
-                 false)),
-      cancel_(pill(textButton(localizedString("_Cancel"), [this] { session_.cancelSignIn(); }),
-                   false)) {
-  gtk_widget_set_size_request(spinner_, 32, 32);
-  setAccessibleLabel(spinner_, localizedString("Waiting for the browser"));
-  adw_status_page_set_child(ADW_STATUS_PAGE(page_), column({spinner_, again_, copy_, cancel_}));
+      copy_(pill(textButton(localizedString("Copy _Address"), [this] { copyAddress(); }), false)),
+      copied_(copiedLabel()),
+      cancel_(
+          pill(textButton(localizedString("_Cancel"), [this] { session_.cancelSignIn(); }), false)),
+      page_(statusPage("web-browser-symbolic", localizedString("Continue in Your Browser"),
+                       {spinner_, again_, copy_, copied_, cancel_})) {
+  // The page itself has the focus at first: a second Enter must not cancel.
+  gtk_widget_set_focusable(page_, TRUE);
+}
+
+void SignInPage::copyAddress() {
+  gdk_clipboard_set_text(gtk_widget_get_clipboard(page_), session_.state().address.c_str());
+  gtk_widget_set_visible(copied_, TRUE);
 }
 
 void SignInPage::update(const State& state) {
-  const bool shown = pageFor(state) == Page::signingIn;
+  const bool isShown = pageFor(state) == Page::signingIn;
   const bool waits = state.signIn == SignInPhase::waiting;
-  gtk_spinner_set_spinning(GTK_SPINNER(spinner_), shown);
-  if (!shown) return;
-  setDescription(page_, descriptionFor(state));
+  gtk_spinner_set_spinning(GTK_SPINNER(spinner_), isShown ? TRUE : FALSE);
+  if (!waits) gtk_widget_set_visible(copied_, FALSE);
+  if (!isShown) return;
+  setStatusDescription(page_, descriptionFor(state));
   gtk_widget_set_sensitive(again_, waits);
   gtk_widget_set_sensitive(copy_, waits);
   gtk_widget_set_sensitive(cancel_, state.signIn != SignInPhase::finishing);
 }
 
 SignInFailedPage::SignInFailedPage(Session& session)
-    : page_(statusPage("dialog-warning-symbolic", localizedString("Not Signed In"))) {
+    : session_(session), help_(adw_bin_new()), details_(Details::make()) {
   GtkWidget* again =
-      pill(textButton(localizedString("_Try Again"), [&session] { session.signIn(); }), true);
+      pill(textButton(localizedString("_Try Again"), [&session] { session.signIn(); }), false);
   GtkWidget* back =
       pill(textButton(localizedString("_Back"), [&session] { session.dismissFailure(); }), false);
-  adw_status_page_set_child(ADW_STATUS_PAGE(page_), column({again, back}));
+  page_ = statusPage("dialog-warning-symbolic", localizedString("Not Signed In"),
+                     {help_, again, back, details_.widget()});
 }
 
-void SignInFailedPage::update(const State& state) { setDescription(page_, state.signInError); }
-
-GtkWidget* makeLockedPage(Session& session) {
-  GtkWidget* page =
-      statusPage("changes-prevent-symbolic", localizedString("Your Keyring Is Locked"));
-  setDescription(page, localizedString("The sign-in and your goals are kept there."));
-  GtkWidget* unlock =
-      pill(textButton(localizedString("_Unlock…"), [&session] { session.unlockKeyring(); }), true);
-  adw_status_page_set_child(ADW_STATUS_PAGE(page), column({unlock}));
-  return page;
+void SignInFailedPage::update(const State& state) {
+  if (pageFor(state) != Page::signInFailed || !state.signInFailure) return;
+  const auto& failure = *state.signInFailure;
+  setStatusTitle(page_, failure.title);
+  setStatusDescription(page_, failure.advice);
+  details_.setText(failure.details);
+  const bool isOther = failure.remedy != Remedy::tryAgain && failure.remedy != Remedy::signIn;
+  adw_bin_set_child(ADW_BIN(help_), nullptr);
+  gtk_widget_set_visible(help_, isOther ? TRUE : FALSE);
+  if (isOther)
+    adw_bin_set_child(ADW_BIN(help_),
+                      pill(makeRemedyButton(session_, failure.remedy, failure.page), true));
 }
 
 }  // namespace companion::window

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "companion/window/details.hpp"
 #include "companion/window/session.hpp"
-#include "companion/window/widgets.hpp"
 
 namespace companion::window {
 
@@ -14,15 +14,18 @@ class SignInPage {
   void update(const State& state);
 
  private:
+  void copyAddress();
+
   Session& session_;
-  GtkWidget* page_;
   GtkWidget* spinner_;
   GtkWidget* again_;
   GtkWidget* copy_;
+  GtkWidget* copied_;
   GtkWidget* cancel_;
+  GtkWidget* page_;
 };
 
-/// Says why a sign-in did not come about.
+/// Says why a sign-in did not come about, and offers what helps.
 class SignInFailedPage {
  public:
   explicit SignInFailedPage(Session& session);
@@ -31,10 +34,10 @@ class SignInFailedPage {
   void update(const State& state);
 
  private:
+  Session& session_;
+  GtkWidget* help_;
+  Details details_;
   GtkWidget* page_;
 };
-
-/// Asks for the keyring.
-GtkWidget* makeLockedPage(Session& session);
 
 }  // namespace companion::window

@@ -1,6 +1,8 @@
 #include "companion/window/welcome_page.hpp"
 
+#include "companion/window/client_file_input.hpp"
 #include "companion/window/client_steps.hpp"
+#include "companion/window/status_page.hpp"
 #include "platform/foundation/localized_strings.hpp"
 
 namespace companion::window {
@@ -17,48 +19,27 @@ GtkWidget* wrappedLabel(const std::string& text, const char* cssClass) {
   return label;
 }
 
-std::string pathOf(GFile* file) {
-  const GText path(g_file_get_path(file));
-  return path ? path.get() : "";
-}
-
-/// One file that is dropped on the widget, whether it comes alone or in a list.
-void acceptFile(GtkWidget* widget, Session& session) {
-  auto* target = gtk_drop_target_new(G_TYPE_INVALID, GDK_ACTION_COPY);
-  GType types[] = {GDK_TYPE_FILE_LIST, G_TYPE_FILE};
-  gtk_drop_target_set_gtypes(target, types, G_N_ELEMENTS(types));
-  g_signal_connect(target, "drop",
-                   G_CALLBACK(+[](GtkDropTarget*, const GValue* value, double, double,
-                                  gpointer data) -> gboolean {
-                     GFile* file = nullptr;
-                     if (G_VALUE_HOLDS(value, G_TYPE_FILE)) {
-                       file = G_FILE(g_value_get_object(value));
-                     } else if (const auto* list = static_cast<GSList*>(g_value_get_boxed(value))) {
-                       file = G_FILE(list->data);
-                     }
-                     if (file == nullptr) return FALSE;
-                     static_cast<Session*>(data)->takeOverClientFile(pathOf(file));
-                     return TRUE;
-                   }),
-                   &session);
-  gtk_widget_add_controller(widget, GTK_EVENT_CONTROLLER(target));
-}
-
 }  // namespace
 
-WelcomePage::WelcomePage(Session& session) : session_(session), page_(adw_preferences_page_new()) {
+WelcomePage::WelcomePage(Session& session)
+    : session_(session),
+      page_(adw_preferences_page_new()),
+      message_(session),
+      fileProblem_(session) {
   auto* page = ADW_PREFERENCES_PAGE(page_);
+  gtk_widget_add_css_class(page_, "welcome");
+  adw_preferences_page_add(page, message_.group());
   adw_preferences_page_add(page, makeHero());
   adw_preferences_page_add(page, makeClientGroup());
+  adw_preferences_page_add(page, fileProblem_.group());
   adw_preferences_page_add(page, makeSignInGroup());
-  acceptFile(page_, session_);
-  gtk_widget_add_css_class(page_, "dropzone");
-  picture_.draw("medium");
+  acceptClientFile(page_, session_);
+  picture_.draw(platform::WidgetFamily::systemMedium);
 }
 
 AdwPreferencesGroup* WelcomePage::makeHero() {
   auto* group = preferencesGroup("", "");
-  GtkWidget* box = gtk_box_new(GTK_ORIENTATION_VERTICAL, 12);
+  GtkWidget* box = gtk_box_new(GTK_ORIENTATION_VERTICAL, 10);
   setAccessibleLabel(picture_.widget(), localizedString("The widget with made-up figures"));
   gtk_box_append(GTK_BOX(box), picture_.widget());
   gtk_box_append(GTK_BOX(box),
@@ -75,22 +56,21 @@ AdwPreferencesGroup* WelcomePage::makeHero() {
 AdwPreferencesGroup* WelcomePage::makeClientGroup() {
   auto* group = preferencesGroup(
       localizedString("Client File"),
-      localizedString("Google gives your figures only to a client of your own. It is a small file "
-                      "that you make once."));
-  steps_ = makeClientSteps();
-  adw_preferences_group_add(group, steps_);
+      localizedString("Google shows your figures only to an app that you have registered. The "
+                      "client file is its pass, and you make it once."));
+  adw_preferences_group_add(group, makeClientSteps());
   fileIcon_ = gtk_image_new();
-  fileRow_ = FoldingRow(fileIcon_, localizedString("Your client file"),
-                        textButton(localizedString("_Choose File…"), [this] { chooseFile(); }));
+  choose_ = textButton(localizedString("_Choose File…"), [] {});
+  gtk_actionable_set_action_name(GTK_ACTIONABLE(choose_), "win.choose-file");
+  fileRow_ = FoldingRow(fileIcon_, localizedString("Your client file"), choose_);
   adw_preferences_group_add(group, fileRow_.row);
   return group;
 }
 
 AdwPreferencesGroup* WelcomePage::makeSignInGroup() {
   auto* group = preferencesGroup("", "");
-  signInButton_ = textButton(localizedString("_Sign In"), [this] { session_.signIn(); });
-  gtk_widget_add_css_class(signInButton_, "pill");
-  gtk_widget_add_css_class(signInButton_, "suggested-action");
+  signInButton_ =
+      pill(textButton(localizedString("_Sign In"), [this] { session_.signIn(); }), true);
   gtk_widget_set_halign(signInButton_, GTK_ALIGN_CENTER);
   adw_preferences_group_add(group, signInButton_);
   return group;
@@ -98,41 +78,20 @@ AdwPreferencesGroup* WelcomePage::makeSignInGroup() {
 
 void WelcomePage::update(const State& state) {
   const bool hasClient = state.status.client.has_value();
-  const bool failed = !state.clientFileError.empty();
+  message_.update(messageOf(state));
+  fileProblem_.update(state.clientFileProblem ? std::vector{*state.clientFileProblem}
+                                              : std::vector<Notice>{});
   fileRow_.setSubtitle(clientFileText(state));
-  gtk_image_set_from_icon_name(GTK_IMAGE(fileIcon_), failed      ? "dialog-warning-symbolic"
-                                                     : hasClient ? "emblem-ok-symbolic"
-                                                                 : "text-x-generic-symbolic");
-  (failed ? gtk_widget_add_css_class : gtk_widget_remove_css_class)(fileRow_.row, "refused");
+  gtk_image_set_from_icon_name(GTK_IMAGE(fileIcon_),
+                               hasClient ? "emblem-ok-symbolic" : "text-x-generic-symbolic");
   gtk_widget_set_sensitive(signInButton_, hasClient);
   // What became of a file is told where the eye is led next.
-  if (!isFirst_ && failed && state.clientFileError != shownError_)
-    gtk_widget_grab_focus(fileRow_.row);
-  if (!isFirst_ && hasClient && !hadClient_) gtk_widget_grab_focus(signInButton_);
-  shownError_ = state.clientFileError;
+  if (hasClient && !hadClient_) gtk_widget_grab_focus(signInButton_);
   hadClient_ = hasClient;
-  if (isFirst_ || hasClient) adw_expander_row_set_expanded(ADW_EXPANDER_ROW(steps_), !hasClient);
-  isFirst_ = false;
 }
 
-void WelcomePage::chooseFile() {
-  auto* chooser = gtk_file_chooser_native_new(localizedString("Choose a client file").c_str(),
-                                              GTK_WINDOW(gtk_widget_get_root(page_)),
-                                              GTK_FILE_CHOOSER_ACTION_OPEN, nullptr, nullptr);
-  const Reference<GtkFileFilter> filter(gtk_file_filter_new());
-  gtk_file_filter_set_name(filter.get(), localizedString("JSON files").c_str());
-  gtk_file_filter_add_pattern(filter.get(), "*.json");
-  gtk_file_chooser_add_filter(GTK_FILE_CHOOSER(chooser), filter.get());
-  gtk_native_dialog_set_modal(GTK_NATIVE_DIALOG(chooser), TRUE);
-  g_signal_connect(
-      chooser, "response", G_CALLBACK(+[](GtkNativeDialog* dialog, int response, gpointer data) {
-        const Reference<GtkNativeDialog> owned(dialog);
-        if (response != GTK_RESPONSE_ACCEPT) return;
-        const Reference<GFile> file(gtk_file_chooser_get_file(GTK_FILE_CHOOSER(dialog)));
-        if (file) static_cast<Session*>(data)->takeOverClientFile(pathOf(file.get()));
-      }),
-      &session_);
-  gtk_native_dialog_show(GTK_NATIVE_DIALOG(chooser));
+void WelcomePage::focus() {
+  gtk_widget_grab_focus(gtk_widget_is_sensitive(signInButton_) ? signInButton_ : choose_);
 }
 
 }  // namespace companion::window

@@ -1,9 +1,8 @@
 #pragma once
 
 #include "companion/window/folding_row.hpp"
-#include "companion/window/session.hpp"
+#include "companion/window/notice_group.hpp"
 #include "companion/window/widget_picture.hpp"
-#include "companion/window/widgets.hpp"
 
 namespace companion::window {
 
@@ -14,8 +13,8 @@ class WelcomePage {
 
   [[nodiscard]] GtkWidget* widget() const { return page_; }
   void update(const State& state);
-  /// Lets the user choose a client file.
-  void chooseFile();
+  /// Puts the focus where the next step is.
+  void focus();
 
  private:
   AdwPreferencesGroup* makeHero();
@@ -25,13 +24,13 @@ class WelcomePage {
   Session& session_;
   WidgetPicture picture_{WidgetPicture::Content::sample};
   GtkWidget* page_;
-  GtkWidget* steps_ = nullptr;
+  NoticeGroup message_;
+  NoticeGroup fileProblem_;
   FoldingRow fileRow_;
+  GtkWidget* choose_ = nullptr;
   GtkWidget* fileIcon_ = nullptr;
   GtkWidget* signInButton_ = nullptr;
-  std::string shownError_;
   bool hadClient_ = false;
-  bool isFirst_ = true;
 };
 
 }  // namespace companion::window

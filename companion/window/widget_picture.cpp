@@ -4,8 +4,7 @@
 
 #include <filesystem>
 
-#include "companion/beside.hpp"
-#include "companion/running_host.hpp"
+#include "companion/main_loop_tasks.hpp"
 #include "platform/foundation/localized_strings.hpp"
 
 namespace companion::window {
@@ -13,8 +12,6 @@ namespace companion::window {
 namespace {
 
 constexpr std::chrono::seconds deadline{15};
-
-int heightOf(const std::string& family) { return family == "large" ? 382 : 170; }
 
 /// The texture at its size in points, so that it is laid out alike at every scale.
 GdkPaintable* inPoints(GdkTexture* texture, int scale) {
@@ -43,12 +40,14 @@ struct WidgetPicture::Drawing {
 };
 
 WidgetPicture::WidgetPicture(Content content)
-    : content_(content), picture_(GTK_WIDGET(g_object_ref_sink(gtk_picture_new()))) {
-  auto* picture = GTK_PICTURE(picture_.get());
-  gtk_picture_set_can_shrink(picture, TRUE);
-  gtk_widget_set_halign(picture_.get(), GTK_ALIGN_CENTER);
+    : content_(content),
+      picture_(gtk_picture_new()),
+      frame_(GTK_WIDGET(g_object_ref_sink(adw_clamp_new()))) {
+  auto* picture = GTK_PICTURE(picture_);
+  adw_clamp_set_child(ADW_CLAMP(frame_.get()), picture_);
+  gtk_picture_set_content_fit(picture, GTK_CONTENT_FIT_SCALE_DOWN);
   connect(picture, "notify::scale-factor", [this] {
-    if (!family_.empty() && gtk_widget_get_scale_factor(picture_.get()) != scale_) start();
+    if (family_ && gtk_widget_get_scale_factor(picture_) != scale_) start();
   });
 }
 
@@ -56,16 +55,19 @@ WidgetPicture::~WidgetPicture() {
   if (drawing_) drawing_->isCurrent = false;
 }
 
-void WidgetPicture::draw(const std::string& family) {
+void WidgetPicture::draw(platform::WidgetFamily family) {
   family_ = family;
-  gtk_widget_set_size_request(picture_.get(), -1, heightOf(family));
+  const auto size = platform::familySize(family);
+  adw_clamp_set_maximum_size(ADW_CLAMP(frame_.get()), static_cast<int>(size.width));
+  adw_clamp_set_tightening_threshold(ADW_CLAMP(frame_.get()), static_cast<int>(size.width));
+  gtk_widget_set_size_request(picture_, -1, static_cast<int>(size.height));
   start();
 }
 
 void WidgetPicture::start() {
   if (drawing_) drawing_->isCurrent = false;
-  child_.reset();
-  scale_ = gtk_widget_get_scale_factor(picture_.get());
+  process_.end();
+  scale_ = gtk_widget_get_scale_factor(picture_);
   static int count = 0;
   auto drawing = std::make_shared<Drawing>();
   drawing->scale = scale_;
@@ -73,14 +75,13 @@ void WidgetPicture::start() {
       std::filesystem::path(g_get_user_runtime_dir()) /
       ("velmora-window-" + std::to_string(getpid()) + "-" + std::to_string(++count) + ".png");
   drawing_ = drawing;
-  const auto program = findProgram("velmora-widget");
+  const auto program = platform::findProgram("velmora-widget");
   const std::string call = content_ == Content::sample ? "placeholder" : "snapshot";
-  child_ = std::make_unique<Child>(
-      std::vector<std::string>{program, call, "--family", family_, "--scale",
-                               std::to_string(scale_), "--output", drawing->file},
-      deadline, [this, drawing](bool well) {
-        if (well) finish(drawing);
-      });
+  process_.start({program, call, "--family", platform::familyShortName(*family_), "--scale",
+                  std::to_string(scale_), "--output", drawing->file},
+                 deadline, [this, drawing](const platform::ProcessEnd& end) {
+                   if (end.failure.empty()) finish(drawing);
+                 });
 }
 
 void WidgetPicture::finish(const std::shared_ptr<Drawing>& drawing) {
@@ -91,7 +92,7 @@ void WidgetPicture::finish(const std::shared_ptr<Drawing>& drawing) {
       [this, drawing] {
         if (!drawing->isCurrent || !drawing->texture) return;
         const Reference<GdkPaintable> paintable(inPoints(drawing->texture.get(), drawing->scale));
-        gtk_picture_set_paintable(GTK_PICTURE(picture_.get()), paintable.get());
+        gtk_picture_set_paintable(GTK_PICTURE(picture_), paintable.get());
       });
 }
 

@@ -1,10 +1,11 @@
 #pragma once
 
 #include <memory>
-#include <string>
+#include <optional>
 
-#include "companion/window/child.hpp"
 #include "companion/window/widgets.hpp"
+#include "platform/processes/process.hpp"
+#include "platform/widgets/widget_family.hpp"
 
 namespace companion::window {
 
@@ -22,10 +23,10 @@ class WidgetPicture {
   WidgetPicture(const WidgetPicture&) = delete;
   WidgetPicture& operator=(const WidgetPicture&) = delete;
 
-  [[nodiscard]] GtkWidget* widget() const { return picture_.get(); }
+  [[nodiscard]] GtkWidget* widget() const { return frame_.get(); }
 
-  /// Draws a family (small, medium, large) anew; what is still being drawn is given up.
-  void draw(const std::string& family);
+  /// Draws a family anew; what is still being drawn is given up.
+  void draw(platform::WidgetFamily family);
 
  private:
   struct Drawing;
@@ -34,11 +35,12 @@ class WidgetPicture {
   void finish(const std::shared_ptr<Drawing>& drawing);
 
   Content content_;
-  Reference<GtkWidget> picture_;
-  std::string family_;
+  GtkWidget* picture_;
+  Reference<GtkWidget> frame_;  ///< no wider than the picture, or it would ask for more height
+  std::optional<platform::WidgetFamily> family_;
   int scale_ = 0;
   std::shared_ptr<Drawing> drawing_;
-  std::unique_ptr<Child> child_;
+  platform::Process process_;
 };
 
 }  // namespace companion::window

@@ -23,6 +23,13 @@ void connect(gpointer instance, const char* signal, Handler handler) {
       [](gpointer data, GClosure*) { deleteHandler(data); }, G_CONNECT_SWAPPED);
 }
 
+void connectWhileAlive(gpointer instance, const char* signal, GtkWidget* widget, Handler handler) {
+  auto* closure = g_cclosure_new_swap(G_CALLBACK(callHandler), new Handler(std::move(handler)),
+                                      [](gpointer data, GClosure*) { deleteHandler(data); });
+  g_object_watch_closure(G_OBJECT(widget), closure);
+  g_signal_connect_closure(instance, signal, closure, FALSE);
+}
+
 std::string withoutMnemonic(std::string label) {
   std::erase(label, '_');
   return label;
@@ -62,6 +69,13 @@ AdwPreferencesGroup* preferencesGroup(const std::string& title, const std::strin
   adw_preferences_group_set_title(group, escaped(title).c_str());
   adw_preferences_group_set_description(group, escaped(description).c_str());
   return group;
+}
+
+void hideOthers(GtkWidget* stack, GtkWidget* shown) {
+  for (auto* page = gtk_widget_get_first_child(stack); page != nullptr;
+       page = gtk_widget_get_next_sibling(page))
+    gtk_accessible_update_state(GTK_ACCESSIBLE(page), GTK_ACCESSIBLE_STATE_HIDDEN, page != shown,
+                                -1);
 }
 
 void setAccessibleLabel(GtkWidget* widget, const std::string& label) {

@@ -5,18 +5,19 @@
 #include <functional>
 #include <string>
 
-#include "platform/foundation/raii.hpp"
+#include "platform/foundation/glib.hpp"
 
 namespace companion::window {
 
-/// One reference to an object of GLib's.
-template <class Object>
-using Reference = platform::Owned<Object, g_object_unref>;
-
-using GText = platform::Owned<char, g_free>;
+using platform::GText;
+using platform::Reference;
 
 /// Calls the handler at each emission, until the instance is gone. For signals that want no answer.
 void connect(gpointer instance, const char* signal, std::function<void()> handler);
+
+/// The same for an instance that outlives a widget: no call comes once the widget is gone.
+void connectWhileAlive(gpointer instance, const char* signal, GtkWidget* widget,
+                       std::function<void()> handler);
 
 /// Escapes a text for the widgets that take Pango markup.
 std::string escaped(const std::string& text);
@@ -35,6 +36,9 @@ void setSubtitle(GtkWidget* row, const std::string& subtitle);
 
 /// A group of rows under a plain title.
 AdwPreferencesGroup* preferencesGroup(const std::string& title, const std::string& description);
+
+/// Screen readers would read the pages of a stack that are not shown as well.
+void hideOthers(GtkWidget* stack, GtkWidget* shown);
 
 /// What a screen reader says of a widget.
 void setAccessibleLabel(GtkWidget* widget, const std::string& label);

@@ -1,6 +1,6 @@
 #include "desktop/screens/event_source.hpp"
 
-#include "desktop/guarded.hpp"
+#include "platform/processes/guarded.hpp"
 
 namespace desktop {
 
@@ -31,7 +31,7 @@ EventSource::~EventSource() {
 gboolean EventSource::prepare(GSource* source, gint* timeout) {
   *timeout = -1;
   bool pending = false;
-  guarded([&] { pending = reinterpret_cast<Source*>(source)->owner->pending_(); });
+  platform::guarded([&] { pending = reinterpret_cast<Source*>(source)->owner->pending_(); });
   return pending ? TRUE : FALSE;
 }
 
@@ -43,7 +43,7 @@ gboolean EventSource::check(GSource* source) {
 gboolean EventSource::handle(GSource* source, GSourceFunc, gpointer) {
   auto* self = reinterpret_cast<Source*>(source);
   const bool readable = g_source_query_unix_fd(source, self->tag) != 0;
-  guarded([&] { self->owner->dispatch_(readable); });
+  platform::guarded([&] { self->owner->dispatch_(readable); });
   return G_SOURCE_CONTINUE;
 }
 

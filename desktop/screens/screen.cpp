@@ -42,7 +42,7 @@ std::unique_ptr<Screen> openScreen(const ScreenEvents& events, const Placement& 
   if (wayland)
     g_printerr(
         "velmora-desktop: this compositor has no layer shell; by way of XWayland the widget may "
-        "stand above windows and be less sharp on scaled screens\n");
+        "be less sharp on scaled screens\n");
   if (auto x11 = connectToX11(events, placement)) return x11;
   throw std::runtime_error(
       "no display can be opened; start it from a desktop session, or set DISPLAY or "

@@ -14,7 +14,7 @@ namespace desktop {
 /// from the top left of an output's free area.
 struct MenuSpot {
   Point at;
-  std::string output;  ///< empty on X11
+  Area output;  ///< in points, the place of that output among all; empty on X11
 };
 
 /// What a screen reports, always from the main loop.

@@ -9,14 +9,11 @@ const xdg_activation_token_v1_listener WaylandActivation::tokenListener{
 
 const wl_callback_listener WaylandActivation::endListener{
     .done = [](void* data, wl_callback*, std::uint32_t) {
-      const auto& self = *static_cast<WaylandActivation*>(data);
-      self.answered_(self.token_);
+      static_cast<WaylandActivation*>(data)->isAnswered_ = true;
     }};
 
 WaylandActivation::WaylandActivation(const WaylandDisplay& display, wl_seat* seat,
-                                     std::uint32_t serial, wl_surface* surface,
-                                     std::function<void(const std::string&)> answered)
-    : answered_(std::move(answered)) {
+                                     std::uint32_t serial, wl_surface* surface) {
   if (display.activation() != nullptr) {
     request_.reset(xdg_activation_v1_get_activation_token(display.activation()));
     xdg_activation_token_v1_add_listener(request_.get(), &tokenListener, this);

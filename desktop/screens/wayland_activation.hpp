@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
+#include <optional>
 #include <string>
 
 #include "desktop/screens/wayland_display.hpp"
@@ -12,21 +12,25 @@ namespace desktop {
 /// to the front (xdg-activation).
 class WaylandActivation {
  public:
-  /// `answered` is called once, while events are read, with the token, which is empty when the
-  /// compositor gives none. `serial` is that of the press or key on the surface.
+  /// `serial` is that of the press or key on the surface.
   WaylandActivation(const WaylandDisplay& display, wl_seat* seat, std::uint32_t serial,
-                    wl_surface* surface, std::function<void(const std::string&)> answered);
+                    wl_surface* surface);
   WaylandActivation(const WaylandActivation&) = delete;
   WaylandActivation& operator=(const WaylandActivation&) = delete;
+
+  /// The token, which is empty when the compositor gives none; absent until it has answered.
+  [[nodiscard]] std::optional<std::string> answer() const {
+    return isAnswered_ ? std::optional(token_) : std::nullopt;
+  }
 
  private:
   static const xdg_activation_token_v1_listener tokenListener;
   static const wl_callback_listener endListener;
 
-  std::function<void(const std::string&)> answered_;
   WaylandOwned<xdg_activation_token_v1> request_;
   WaylandOwned<wl_callback> end_;
   std::string token_;
+  bool isAnswered_ = false;
 };
 
 }  // namespace desktop

@@ -52,8 +52,8 @@ WaylandBuffer makeBuffer(wl_shm* memory, cairo_surface_t* picture) {
   }
   const Pool pool(wl_shm_create_pool(memory, file.get(), static_cast<std::int32_t>(size)));
   // Both mean the same: premultiplied, alpha in the highest byte.
-  return WaylandBuffer(
-      wl_shm_pool_create_buffer(pool.get(), 0, width, height, stride, WL_SHM_FORMAT_ARGB8888));
+  return {wl_shm_pool_create_buffer(pool.get(), 0, width, height, stride, WL_SHM_FORMAT_ARGB8888),
+          ReleaseWayland{}};
 }
 
 WaylandBuffer makeTransparentBuffer(wl_shm* memory) {

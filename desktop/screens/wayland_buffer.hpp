@@ -5,8 +5,9 @@
 
 namespace desktop {
 
-/// Pixels in memory that is the compositor's: nothing of them stays in this process.
-using WaylandBuffer = WaylandOwned<wl_buffer>;
+/// Pixels in memory that is the compositor's: nothing of them stays in this process. Each surface
+/// that shows them shares them, so that they go once the last one shows something else.
+using WaylandBuffer = std::shared_ptr<wl_buffer>;
 
 /// A picture as a buffer. Throws std::runtime_error when there is no memory to be had.
 WaylandBuffer makeBuffer(wl_shm* memory, cairo_surface_t* picture);

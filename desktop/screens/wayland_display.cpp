@@ -51,24 +51,34 @@ void WaylandDisplay::add(std::uint32_t number, const char* name, std::uint32_t v
   bind(scaleTeller_, wp_fractional_scale_manager_v1_interface, 1);
   bind(activation_, xdg_activation_v1_interface, 1);
   bind(outputManager_, zxdg_output_manager_v1_interface, 3);
-  if (kind == wl_seat_interface.name && seat_ == 0) seat_ = number;
+  if (kind == wl_seat_interface.name) seats_[number] = version;
   if (kind != wl_output_interface.name) return;
-  outputs_.push_back(std::make_unique<WaylandOutput>(registry_.get(), number, version,
-                                                     [this] { outputsChanged(); }));
+  outputs_.push_back(std::make_unique<WaylandOutput>(registry_.get(), number, version));
   outputs_.back()->askLogicalSize(outputManager_.get());
 }
 
 void WaylandDisplay::remove(std::uint32_t number) {
-  const auto gone =
-      std::erase_if(outputs_, [=](const auto& output) { return output->number() == number; });
-  if (gone > 0) outputsChanged();
+  std::erase_if(outputs_, [=](const auto& output) { return output->number() == number; });
+  seats_.erase(number);
 }
 
-WaylandOwned<wl_seat> WaylandDisplay::bindSeat() const {
-  constexpr std::uint32_t version = 5;
-  if (seat_ == 0) return nullptr;
-  return WaylandOwned<wl_seat>(
-      static_cast<wl_seat*>(wl_registry_bind(registry_.get(), seat_, &wl_seat_interface, version)));
+bool WaylandDisplay::hasOutput(std::uint32_t number) const {
+  return std::ranges::any_of(outputs_,
+                             [=](const auto& output) { return output->number() == number; });
+}
+
+WaylandOwned<wl_seat> WaylandDisplay::bindSeat(std::uint32_t number) const {
+  constexpr std::uint32_t newestVersion = 5;
+  const auto version = std::min(seats_.at(number), newestVersion);
+  return WaylandOwned<wl_seat>(static_cast<wl_seat*>(
+      wl_registry_bind(registry_.get(), number, &wl_seat_interface, version)));
+}
+
+bool WaylandDisplay::dispatch(bool readable) {
+  auto* display = display_.get();
+  if (readable && wl_display_prepare_read(display) == 0 && wl_display_read_events(display) < 0)
+    return false;
+  return wl_display_dispatch_pending(display) >= 0;
 }
 
 std::vector<const WaylandOutput*> WaylandDisplay::outputs() const {

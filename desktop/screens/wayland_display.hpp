@@ -1,6 +1,6 @@
 #pragma once
 
-#include <functional>
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -28,13 +28,18 @@ class WaylandDisplay {
   [[nodiscard]] wp_fractional_scale_manager_v1* scaleTeller() const { return scaleTeller_.get(); }
   /// Null when the compositor has no tokens for programs that are to come to the front.
   [[nodiscard]] xdg_activation_v1* activation() const { return activation_.get(); }
-  /// The first seat, bound anew, since it tells only once what it has; null without one.
-  [[nodiscard]] WaylandOwned<wl_seat> bindSeat() const;
   /// Those of which all is known, in the compositor's order.
   [[nodiscard]] std::vector<const WaylandOutput*> outputs() const;
+  /// Whether that one is still there.
+  [[nodiscard]] bool hasOutput(std::uint32_t number) const;
+  /// The seats' numbers, with the versions in which the compositor offers them.
+  [[nodiscard]] const std::map<std::uint32_t, std::uint32_t>& seats() const { return seats_; }
+  /// To be listened to at once, since a seat tells only once what it has.
+  [[nodiscard]] WaylandOwned<wl_seat> bindSeat(std::uint32_t number) const;
 
-  /// Called when outputs come, go or change.
-  std::function<void()> outputsChanged = [] {};
+  /// Handles the events that have come, reading them when there is something to be read, without
+  /// waiting. Returns whether the connection is still there.
+  bool dispatch(bool readable);
 
  private:
   static const wl_registry_listener registryListener;
@@ -50,7 +55,7 @@ class WaylandDisplay {
   WaylandOwned<wp_fractional_scale_manager_v1> scaleTeller_;
   WaylandOwned<xdg_activation_v1> activation_;
   WaylandOwned<zxdg_output_manager_v1> outputManager_;
-  std::uint32_t seat_ = 0;  // its number
+  std::map<std::uint32_t, std::uint32_t> seats_;
   std::vector<std::unique_ptr<WaylandOutput>> outputs_;
 };
 

@@ -1,56 +1,41 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 
-#include "desktop/screens/wayland_input.hpp"
+#include "desktop/screens/input_event.hpp"
 #include "desktop/screens/wayland_surface.hpp"
 
 namespace desktop {
 
-/// What is dragged: the widget's surface, and what it shows.
-struct DragSubject {
-  WaylandSurface* surface = nullptr;
-  const WaylandOutput* output = nullptr;
-  wl_buffer* picture = nullptr;
-  Extent size;   ///< points
-  Scale scale;   ///< of the picture
-  Point origin;  ///< in the output's free area, points
-};
-
-/// Dragging a surface with the pointer. Compositors do not agree on where the pointer is while the
-/// surface under it moves. So that one stays where it was pressed, transparent, and a shadow of it,
-/// which the pointer goes through, moves instead; in the end the surface is put in its place.
+/// A press on the widget, and what may become of it: dragging. Compositors do not agree on where
+/// the pointer is while the surface under it moves. So that one stays where it was pressed,
+/// transparent, and a shadow of it, which the pointer goes through, moves instead. It touches no
+/// other surface: with it, all that was done for it is gone.
 class WaylandDrag {
  public:
-  explicit WaylandDrag(PointerPlace pressedAt) : pressedAt_(pressedAt) {}
+  /// `origin` is where the widget stands in the free area, in points.
+  WaylandDrag(PointerPlace pressedAt, Point origin) : pressedAt_(pressedAt), origin_(origin) {}
 
   void move(PointerPlace place);
-  /// Lets go. Returns whether this was a drag, and not a click.
-  bool release();
-  [[nodiscard]] bool isMoving() const { return phase_ == Phase::moving; }
-  [[nodiscard]] bool isReleased() const { return phase_ == Phase::released; }
-  [[nodiscard]] bool isOver() const { return phase_ == Phase::over; }
+  /// Whether this is a drag, and not yet a click.
+  [[nodiscard]] bool isMoving() const { return isMoving_; }
   /// Where the widget is dragged to, in the free area.
-  [[nodiscard]] Point target() const { return target_; }
-  /// Does what is due; after each round of events.
-  void proceed(const WaylandDisplay& display, const DragSubject& subject);
-  /// The surface has its place and its picture again, and `proceed` ends it with the next frame.
-  void land() { phase_ = Phase::landing; }
+  [[nodiscard]] Point target() const { return {origin_.x + offset_.x, origin_.y + offset_.y}; }
+  /// Has the shadow of what the widget shows follow the pointer, a step for each frame.
+  void moveShadow(const WaylandDisplay& display, const WaylandOutput& output,
+                  const SurfaceState& widget);
+  /// From then on the widget's own surface is to be transparent.
+  [[nodiscard]] bool isShadowSeen() const { return shadow_ && shadow_->isSeen(); }
+  [[nodiscard]] bool isShadowClosed() const { return shadow_ && shadow_->isClosed(); }
+  /// Hands over the shadow, which may be null, to stand in until the widget is seen again.
+  std::unique_ptr<WaylandSurface> takeShadow() { return std::move(shadow_); }
 
  private:
-  enum class Phase { pressed, moving, released, landing, over };
-  void showShadow(const WaylandDisplay& display, const DragSubject& subject);
-  void hideSurface(const WaylandDisplay& display, const DragSubject& subject);
-
-  Phase phase_ = Phase::pressed;
   PointerPlace pressedAt_;
-  PointerPlace place_;
-  std::optional<Point> origin_;
-  Point target_;
-  Point shadowAt_;
+  Point origin_;
+  Point offset_;
+  bool isMoving_ = false;
   std::unique_ptr<WaylandSurface> shadow_;
-  WaylandBuffer transparent_;
 };
 
 }  // namespace desktop

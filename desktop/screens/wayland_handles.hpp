@@ -21,10 +21,24 @@ inline void releaseWayland(wl_shm_pool* handle) { wl_shm_pool_destroy(handle); }
 inline void releaseWayland(wl_buffer* handle) { wl_buffer_destroy(handle); }
 inline void releaseWayland(wl_surface* handle) { wl_surface_destroy(handle); }
 inline void releaseWayland(wl_callback* handle) { wl_callback_destroy(handle); }
-inline void releaseWayland(wl_output* handle) { wl_output_destroy(handle); }
-inline void releaseWayland(wl_seat* handle) { wl_seat_destroy(handle); }
-inline void releaseWayland(wl_pointer* handle) { wl_pointer_destroy(handle); }
-inline void releaseWayland(wl_keyboard* handle) { wl_keyboard_destroy(handle); }
+// These four say that they go only from some version on; before it they just do.
+inline void releaseWayland(wl_output* handle) {
+  wl_output_get_version(handle) >= WL_OUTPUT_RELEASE_SINCE_VERSION ? wl_output_release(handle)
+                                                                   : wl_output_destroy(handle);
+}
+inline void releaseWayland(wl_seat* handle) {
+  wl_seat_get_version(handle) >= WL_SEAT_RELEASE_SINCE_VERSION ? wl_seat_release(handle)
+                                                               : wl_seat_destroy(handle);
+}
+inline void releaseWayland(wl_pointer* handle) {
+  wl_pointer_get_version(handle) >= WL_POINTER_RELEASE_SINCE_VERSION ? wl_pointer_release(handle)
+                                                                     : wl_pointer_destroy(handle);
+}
+inline void releaseWayland(wl_keyboard* handle) {
+  wl_keyboard_get_version(handle) >= WL_KEYBOARD_RELEASE_SINCE_VERSION
+      ? wl_keyboard_release(handle)
+      : wl_keyboard_destroy(handle);
+}
 inline void releaseWayland(wp_viewporter* handle) { wp_viewporter_destroy(handle); }
 inline void releaseWayland(wp_viewport* handle) { wp_viewport_destroy(handle); }
 inline void releaseWayland(wp_fractional_scale_manager_v1* handle) {

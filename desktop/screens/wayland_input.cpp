@@ -1,102 +1,24 @@
 #include "desktop/screens/wayland_input.hpp"
 
-#include <linux/input-event-codes.h>
-#include <unistd.h>
+#include <algorithm>
+#include <iterator>
 
 namespace desktop {
 
-namespace {
-
-WaylandInput& self(void* data) { return *static_cast<WaylandInput*>(data); }
-
-PointerPlace placeOf(wl_fixed_t x, wl_fixed_t y) {
-  return {wl_fixed_to_double(x), wl_fixed_to_double(y)};
-}
-
-}  // namespace
-
-const wl_seat_listener WaylandInput::seatListener{
-    .capabilities = [](void* data, wl_seat*,
-                       std::uint32_t capabilities) { self(data).takeDevices(capabilities); },
-    .name = [](void*, wl_seat*, const char*) {}};
-
-const wl_pointer_listener WaylandInput::pointerListener{
-    .enter =
-        [](void* data, wl_pointer* pointer, std::uint32_t serial, wl_surface*, wl_fixed_t x,
-           wl_fixed_t y) {
-          self(data).place_ = placeOf(x, y);
-          self(data).cursor_.emplace(self(data).display_, pointer, serial);
-        },
-    .leave = [](void* data, wl_pointer*, std::uint32_t,
-                wl_surface*) { self(data).cursor_.reset(); },
-    .motion =
-        [](void* data, wl_pointer*, std::uint32_t, wl_fixed_t x, wl_fixed_t y) {
-          self(data).place_ = placeOf(x, y);
-          self(data).events_.moved(self(data).place_);
-        },
-    .button =
-        [](void* data, wl_pointer*, std::uint32_t serial, std::uint32_t, std::uint32_t button,
-           std::uint32_t state) {
-          self(data).serial_ = serial;
-          self(data).press(button, state == WL_POINTER_BUTTON_STATE_PRESSED);
-        },
-    .axis = [](void*, wl_pointer*, std::uint32_t, std::uint32_t, wl_fixed_t) {},
-    .frame = [](void*, wl_pointer*) {},
-    .axis_source = [](void*, wl_pointer*, std::uint32_t) {},
-    .axis_stop = [](void*, wl_pointer*, std::uint32_t, std::uint32_t) {},
-    .axis_discrete = [](void*, wl_pointer*, std::uint32_t, std::int32_t) {}};
-
-const wl_keyboard_listener WaylandInput::keyboardListener{
-    // The few keys that count are where they are on every layout.
-    .keymap = [](void*, wl_keyboard*, std::uint32_t, std::int32_t descriptor,
-                 std::uint32_t) { const platform::Descriptor closed(descriptor); },
-    .enter = [](void*, wl_keyboard*, std::uint32_t, wl_surface*, wl_array*) {},
-    .leave = [](void*, wl_keyboard*, std::uint32_t, wl_surface*) {},
-    .key =
-        [](void* data, wl_keyboard*, std::uint32_t serial, std::uint32_t, std::uint32_t key,
-           std::uint32_t state) {
-          self(data).serial_ = serial;
-          if (state == WL_KEYBOARD_KEY_STATE_PRESSED) self(data).type(key);
-        },
-    .modifiers = [](void* data, wl_keyboard*, std::uint32_t, std::uint32_t depressed, std::uint32_t,
-                    std::uint32_t,
-                    std::uint32_t) { self(data).isShifted_ = (depressed & 1U) != 0; },
-    .repeat_info = [](void*, wl_keyboard*, std::int32_t, std::int32_t) {}};
-
-WaylandInput::WaylandInput(const WaylandDisplay& display, WaylandOwned<wl_seat> seat,
-                           InputEvents events)
-    : display_(display), seat_(std::move(seat)), events_(std::move(events)) {
-  wl_seat_add_listener(seat_.get(), &seatListener, this);
-}
-
-void WaylandInput::takeDevices(std::uint32_t capabilities) {
-  const bool hasPointer = (capabilities & WL_SEAT_CAPABILITY_POINTER) != 0;
-  const bool hasKeyboard = (capabilities & WL_SEAT_CAPABILITY_KEYBOARD) != 0;
-  if (!hasPointer) {
-    if (pointer_) events_.released();
-    pointer_.reset();
-  } else if (!pointer_) {
-    pointer_.reset(wl_seat_get_pointer(seat_.get()));
-    wl_pointer_add_listener(pointer_.get(), &pointerListener, this);
+std::vector<InputEvent> WaylandInput::take() {
+  std::vector<InputEvent> events;
+  const auto gone = std::erase_if(
+      seats_, [this](const auto& seat) { return !display_.seats().contains(seat->number()); });
+  if (gone > 0) events.push_back({});
+  for (const auto& seat : seats_) std::ranges::copy(seat->take(), std::back_inserter(events));
+  for (const auto& [number, version] : display_.seats()) {
+    if (!isBound(number)) seats_.push_back(std::make_unique<WaylandSeat>(display_, number));
   }
-  if (!hasKeyboard) {
-    keyboard_.reset();
-  } else if (!keyboard_) {
-    keyboard_.reset(wl_seat_get_keyboard(seat_.get()));
-    wl_keyboard_add_listener(keyboard_.get(), &keyboardListener, this);
-  }
+  return events;
 }
 
-void WaylandInput::press(std::uint32_t button, bool down) {
-  if (button == BTN_LEFT && down) events_.pressed(place_);
-  if (button == BTN_LEFT && !down) events_.released();
-  if (button == BTN_RIGHT && !down) events_.menuAsked(place_);
-}
-
-void WaylandInput::type(std::uint32_t key) {
-  if (key == KEY_ENTER || key == KEY_KPENTER) events_.returnPressed();
-  if (key == KEY_COMPOSE || key == KEY_MENU || (key == KEY_F10 && isShifted_))
-    events_.menuKeyPressed();
+bool WaylandInput::isBound(std::uint32_t number) const {
+  return std::ranges::any_of(seats_, [=](const auto& seat) { return seat->number() == number; });
 }
 
 }  // namespace desktop

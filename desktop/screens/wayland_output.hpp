@@ -1,7 +1,6 @@
 #pragma once
 
-#include <functional>
-#include <string>
+#include <cstdint>
 
 #include "desktop/scale.hpp"
 #include "desktop/screens/monitors.hpp"
@@ -9,12 +8,21 @@
 
 namespace desktop {
 
+/// What is told of an output's size.
+struct OutputShape {
+  Extent mode;  ///< device pixels
+  std::int32_t transform = WL_OUTPUT_TRANSFORM_NORMAL;
+  int wholeScale = 1;
+  Area area;  ///< points
+
+  bool operator==(const OutputShape&) const = default;
+};
+
 /// One output of a Wayland compositor, as far as it has been told.
 class WaylandOutput {
  public:
-  /// Binds the global of that number. `changed` is called when all that belongs together has come.
-  WaylandOutput(wl_registry* registry, std::uint32_t number, std::uint32_t version,
-                std::function<void()> changed);
+  /// Binds the global of that number.
+  WaylandOutput(wl_registry* registry, std::uint32_t number, std::uint32_t version);
   WaylandOutput(const WaylandOutput&) = delete;
   WaylandOutput& operator=(const WaylandOutput&) = delete;
 
@@ -26,7 +34,8 @@ class WaylandOutput {
   /// Whether all there is to know has come.
   [[nodiscard]] bool isKnown() const { return isKnown_; }
   /// In points.
-  [[nodiscard]] const Monitor& monitor() const { return monitor_; }
+  [[nodiscard]] Monitor monitor() const { return {name_, false, shape_.area}; }
+  [[nodiscard]] const OutputShape& shape() const { return shape_; }
   /// Deduced, when the compositor can be given a picture of a scale that is no whole number.
   [[nodiscard]] Scale scale(bool fractional) const;
 
@@ -35,14 +44,11 @@ class WaylandOutput {
   static const zxdg_output_v1_listener logicalListener;
 
   std::uint32_t number_;
-  std::function<void()> changed_;
   WaylandOwned<wl_output> output_;
   WaylandOwned<zxdg_output_v1> logical_;
   bool isKnown_ = false;
-  Monitor monitor_;
-  Extent mode_;  // device pixels
-  std::int32_t transform_ = WL_OUTPUT_TRANSFORM_NORMAL;
-  int wholeScale_ = 1;
+  std::string name_;
+  OutputShape shape_;
 };
 
 }  // namespace desktop

@@ -2,24 +2,25 @@
 
 #include <optional>
 
-#include "desktop/placement.hpp"
+#include "desktop/screens/anchorage.hpp"
 #include "desktop/screens/wayland_buffer.hpp"
 #include "desktop/screens/wayland_display.hpp"
 #include "desktop/screens/wayland_handles.hpp"
 
 namespace desktop {
 
-/// Where a surface stands on its output: points from the two edges that meet in a corner of what
-/// panels leave free.
-struct Anchorage {
-  Corner corner = Corner::topLeft;
-  Point margins;
+/// What a surface shows, and where.
+struct SurfaceState {
+  Anchorage place;
+  Extent size;           ///< points
+  WaylandBuffer buffer;  ///< null until there is something to show
+  Scale scale;           ///< of the buffer
 
-  bool operator==(const Anchorage&) const = default;
+  bool operator==(const SurfaceState&) const = default;
 };
 
 /// A surface on an output, below all windows and clear of panels. What the compositor says is only
-/// noted; `changed` is called, and whoever owns the surface acts on it once all has been read.
+/// noted: whoever owns the surface looks at it once all has been read.
 class WaylandSurface {
  public:
   enum class Kind {
@@ -28,6 +29,7 @@ class WaylandSurface {
     probe    ///< fills the free area, and is never seen
   };
 
+  /// Asks for it; nothing is shown before it is configured. The size is in points.
   WaylandSurface(const WaylandDisplay& display, const WaylandOutput& output, Kind kind,
                  Extent size);
   ~WaylandSurface();
@@ -41,24 +43,24 @@ class WaylandSurface {
   [[nodiscard]] bool isClosed() const { return isClosed_; }
   /// What the compositor told; absent when it does not.
   [[nodiscard]] std::optional<Scale> preferredScale() const { return preferredScale_; }
-  /// Whether a frame that was asked for is still to come.
+  /// Whether what it shows last is still to be seen.
   [[nodiscard]] bool awaitsFrame() const { return frame_ != nullptr; }
-  [[nodiscard]] bool hasPicture() const { return hasPicture_; }
+  /// Whether something of it has been seen.
+  [[nodiscard]] bool isSeen() const { return isSeen_; }
 
-  // In force with the next commit.
-  void setSize(Extent points);
-  void setPlace(const Anchorage& place);
-  /// A buffer for that size in points.
-  void setPicture(wl_buffer* buffer, Extent points, Scale scale);
-  void askFrame();
-  void commit();
+  /// Shows it once it is configured, from now on; nothing is done when it does already.
+  void show(const SurfaceState& wanted);
 
  private:
   static const layer_shell::SurfaceListener layerListener;
   static const wp_fractional_scale_v1_listener scaleListener;
   static const wl_callback_listener frameListener;
+  void setSize(Extent points);
+  void setPlace(const Anchorage& place);
+  void attach(const SurfaceState& wanted);
+  void askFrame();
 
-  const WaylandDisplay& display_;
+  SurfaceState shown_;  // its buffer goes after the surface
   // The parts go before the surface.
   WaylandOwned<wl_surface> surface_;
   WaylandOwned<zwlr_layer_surface_v1> layer_;
@@ -68,7 +70,13 @@ class WaylandSurface {
   std::optional<Extent> configured_;
   std::optional<Scale> preferredScale_;
   bool isClosed_ = false;
-  bool hasPicture_ = false;
+  bool isSeen_ = false;
 };
+
+/// Says that all of a surface has changed, in a way that the compositor's version has.
+void damageWhole(wl_surface* surface);
+
+/// Whether a surface can be told the scale of its buffer, as a whole number.
+bool takesBufferScale(wl_compositor* compositor);
 
 }  // namespace desktop

@@ -15,12 +15,27 @@ const xcb_screen_t* screenOfNumber(xcb_connection_t* connection, int number) {
   return screens.data;
 }
 
+X11Hints hintsOf(xcb_connection_t* connection) {
+  auto hints = std::make_unique<xcb_ewmh_connection_t>();
+  // When it fails, it has released what it kept.
+  if (xcb_ewmh_init_atoms_replies(hints.get(), xcb_ewmh_init_atoms(connection, hints.get()),
+                                  nullptr) == 0)
+    throw std::runtime_error("the X server cannot be spoken to");
+  return X11Hints(hints.release());
+}
+
 }  // namespace
+
+void releaseHints(xcb_ewmh_connection_t* hints) {
+  xcb_ewmh_connection_wipe(hints);
+  delete hints;
+}
 
 X11Display::X11Display() : connection_(xcb_connect(nullptr, &number_)) {
   if (xcb_connection_has_error(connection_.get()) != 0)
     throw std::runtime_error("the X server cannot be reached");
   screen_ = screenOfNumber(connection_.get(), number_);
+  hints_ = hintsOf(connection_.get());
 }
 
 xcb_atom_t X11Display::atom(std::string_view name) const {
@@ -34,8 +49,8 @@ xcb_atom_t X11Display::atom(std::string_view name) const {
   return atom;
 }
 
-xcb_window_t X11Display::owner(std::string_view selection) const {
-  const auto question = xcb_get_selection_owner(connection(), atom(selection));
+xcb_window_t X11Display::owner(xcb_atom_t selection) const {
+  const auto question = xcb_get_selection_owner(connection(), selection);
   const X11Owned<xcb_get_selection_owner_reply_t> reply(
       xcb_get_selection_owner_reply(connection(), question, nullptr));
   return reply ? reply->owner : xcb_window_t{XCB_WINDOW_NONE};
@@ -58,20 +73,8 @@ std::vector<std::uint32_t> X11Display::numbers(xcb_window_t window, std::string_
   return values;
 }
 
-void X11Display::setNumbers(xcb_window_t window, std::string_view name, xcb_atom_t type,
-                            const std::vector<std::uint32_t>& values) const {
-  xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window, atom(name), type, 32,
-                      static_cast<std::uint32_t>(values.size()), values.data());
-}
-
-void X11Display::setText(xcb_window_t window, std::string_view name, std::string_view text) const {
-  const auto type = name.starts_with("_NET") ? atom("UTF8_STRING") : xcb_atom_t{XCB_ATOM_STRING};
-  xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window, atom(name), type, 8,
-                      static_cast<std::uint32_t>(text.size()), text.data());
-}
-
-std::string X11Display::ofScreen(std::string_view name) const {
-  return std::string(name) + std::to_string(number_);
+xcb_atom_t X11Display::settingsSelection() const {
+  return atom("_XSETTINGS_S" + std::to_string(number_));
 }
 
 }  // namespace desktop

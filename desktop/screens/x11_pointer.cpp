@@ -1,20 +1,22 @@
 #include "desktop/screens/x11_pointer.hpp"
 
+#include <X11/keysym.h>
+#include <xcb/xcb_keysyms.h>
+
 #include "desktop/screens/monitors.hpp"
 
 namespace desktop {
 
 namespace {
 
-// Key symbols of the X protocol (appendix A), and of its keyboard extension's conventions.
-enum : xcb_keysym_t { keyReturn = 0xff0d, keyEnter = 0xff8d, keyMenu = 0xff67, keyF10 = 0xffc7 };
 enum : xcb_button_t { firstButton = 1, thirdButton = 3 };
 
-xcb_keysym_t symbolOf(const X11Display& display, xcb_keycode_t code) {
-  const X11Owned<xcb_get_keyboard_mapping_reply_t> reply(xcb_get_keyboard_mapping_reply(
-      display.connection(), xcb_get_keyboard_mapping(display.connection(), code, 1), nullptr));
-  if (!reply || reply->keysyms_per_keycode == 0) return XCB_NO_SYMBOL;
-  return *xcb_get_keyboard_mapping_keysyms(reply.get());
+using KeySymbols = platform::Owned<xcb_key_symbols_t, xcb_key_symbols_free>;
+
+/// The keyboard may have changed since the last key, and is not kept for the sake of one.
+xcb_keysym_t symbolOf(const X11Display& display, xcb_key_press_event_t& event) {
+  const KeySymbols symbols(xcb_key_symbols_alloc(display.connection()));
+  return symbols ? xcb_key_press_lookup_keysym(symbols.get(), &event, 0) : XCB_NO_SYMBOL;
 }
 
 /// For a program that opens a window: when the user asked for it (startup notification).
@@ -24,12 +26,12 @@ std::string startupAt(xcb_timestamp_t time) {
 
 }  // namespace
 
-void X11Pointer::handle(const xcb_generic_event_t& event) {
+void X11Pointer::handle(const xcb_generic_event_t& event, Scale scale) {
   switch (event.response_type & 0x7fU) {
     case XCB_BUTTON_PRESS:
       return press(reinterpret_cast<const xcb_button_press_event_t&>(event));
     case XCB_MOTION_NOTIFY:
-      return move(reinterpret_cast<const xcb_motion_notify_event_t&>(event));
+      return move(reinterpret_cast<const xcb_motion_notify_event_t&>(event), scale);
     case XCB_BUTTON_RELEASE:
       return release(reinterpret_cast<const xcb_button_release_event_t&>(event));
     case XCB_KEY_PRESS:
@@ -47,10 +49,11 @@ void X11Pointer::press(const xcb_button_press_event_t& event) {
   isDragging_ = false;
 }
 
-void X11Pointer::move(const xcb_motion_notify_event_t& event) {
+void X11Pointer::move(const xcb_motion_notify_event_t& event, Scale scale) {
   if (!pressedAt_) return;
-  isDragging_ = isDragging_ || isDrag(event.root_x - pressedAt_->x, event.root_y - pressedAt_->y);
-  if (isDragging_) window_.moveTo({event.root_x - grabbedAt_.x, event.root_y - grabbedAt_.y});
+  isDragging_ = isDragging_ || isDrag(points(event.root_x - pressedAt_->x, scale),
+                                      points(event.root_y - pressedAt_->y, scale));
+  if (isDragging_) actions_.moved({event.root_x - grabbedAt_.x, event.root_y - grabbedAt_.y});
 }
 
 void X11Pointer::release(const xcb_button_release_event_t& event) {
@@ -65,12 +68,12 @@ void X11Pointer::release(const xcb_button_release_event_t& event) {
   }
 }
 
-void X11Pointer::key(const xcb_key_press_event_t& event) {
-  const auto symbol = symbolOf(display_, event.detail);
+void X11Pointer::key(xcb_key_press_event_t event) {
+  const auto symbol = symbolOf(display_, event);
   const bool shifted = (event.state & XCB_MOD_MASK_SHIFT) != 0;
-  if (symbol == keyReturn || symbol == keyEnter) {
+  if (symbol == XK_Return || symbol == XK_KP_Enter) {
     actions_.opened(startupAt(event.time));
-  } else if (symbol == keyMenu || (symbol == keyF10 && shifted)) {
+  } else if (symbol == XK_Menu || (symbol == XK_F10 && shifted)) {
     const auto at = window_.position();
     const auto size = window_.size();
     actions_.menuAsked({at.x + size.width / 2, at.y + size.height / 2});

@@ -13,7 +13,7 @@ constexpr double dotsPerInch = 96;
 Scale sessionScale(const X11Display& display) {
   if (const char* set = std::getenv("GDK_SCALE"); set != nullptr && std::atoi(set) > 0)
     return scaleOf(std::atoi(set));
-  if (const auto manager = display.owner(display.ofScreen("_XSETTINGS_S"))) {
+  if (const auto manager = display.owner(display.settingsSelection())) {
     const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(display.connection(), manager, XCB_CW_EVENT_MASK, &events);
     const auto settings = display.bytes(manager, "_XSETTINGS_SETTINGS");

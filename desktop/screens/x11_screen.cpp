@@ -5,9 +5,8 @@
 
 #include "desktop/screens/event_source.hpp"
 #include "desktop/screens/x11_monitors.hpp"
-#include "desktop/screens/x11_pointer.hpp"
 #include "desktop/screens/x11_scale.hpp"
-#include "desktop/screens/x11_window.hpp"
+#include "desktop/screens/x11_widget.hpp"
 
 namespace desktop {
 
@@ -27,7 +26,6 @@ class X11Screen : public Screen {
 
  private:
   void watchRoot();
-  void openWindow();
   [[nodiscard]] bool isComposited() const;
   [[nodiscard]] Point whereToStand(Extent size) const;
   void dispatch();
@@ -35,34 +33,37 @@ class X11Screen : public Screen {
   void handleMessage(const xcb_client_message_event_t& message);
   void handleProperty(xcb_atom_t atom);
   void act();
+  void follow();
   void dragged(Point position);
   PointerActions pointerActions();
 
   ScreenEvents events_;
   Placement placement_;
   std::shared_ptr<const X11Display> display_;
-  std::unique_ptr<X11Window> window_;
-  std::unique_ptr<X11Pointer> pointer_;
+  X11Widget widget_;
   std::optional<Look> shown_;
   Scale scale_;
-  bool composited_ = false;
   std::uint8_t monitorEvents_ = 0;
   std::uint8_t selectionEvents_ = 0;
   Event queued_;  // read while the library waited for something else
   // What the events of one round ask for.
   bool rescale_ = false;
   bool replace_ = false;
+  bool followWorkArea_ = false;
   bool recompose_ = false;
   bool lost_ = false;
   std::unique_ptr<EventSource> source_;
 };
 
 X11Screen::X11Screen(ScreenEvents events, const Placement& placement)
-    : events_(std::move(events)), placement_(placement), display_(std::make_shared<X11Display>()) {
+    : events_(std::move(events)),
+      placement_(placement),
+      display_(std::make_shared<X11Display>()),
+      widget_(display_, pointerActions()) {
   watchRoot();
   scale_ = sessionScale(*display_);
-  composited_ = isComposited();
-  openWindow();
+  widget_.setScale(scale_);
+  widget_.setComposited(isComposited());
   auto* connection = display_->connection();
   source_ = std::make_unique<EventSource>(
       xcb_get_file_descriptor(connection),
@@ -90,8 +91,7 @@ void X11Screen::watchRoot() {
     selectionEvents_ = fixes->first_event;
     const X11Owned<xcb_xfixes_query_version_reply_t> version(xcb_xfixes_query_version_reply(
         connection, xcb_xfixes_query_version(connection, 5, 0), nullptr));
-    xcb_xfixes_select_selection_input(connection, display_->root(),
-                                      display_->atom(display_->ofScreen("_NET_WM_CM_S")),
+    xcb_xfixes_select_selection_input(connection, display_->root(), display_->compositorSelection(),
                                       XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
@@ -99,18 +99,13 @@ void X11Screen::watchRoot() {
 }
 
 bool X11Screen::isComposited() const {
-  return display_->owner(display_->ofScreen("_NET_WM_CM_S")) != XCB_WINDOW_NONE;
-}
-
-void X11Screen::openWindow() {
-  shown_.reset();
-  window_ = std::make_unique<X11Window>(display_, composited_);
-  pointer_ = std::make_unique<X11Pointer>(*display_, *window_, pointerActions());
+  return display_->owner(display_->compositorSelection()) != XCB_WINDOW_NONE;
 }
 
 PointerActions X11Screen::pointerActions() {
-  return {[this](Point position) { dragged(position); }, events_.opened,
-          [this](Point at) { events_.menuAsked({at, ""}); }};
+  return {.dragged = [this](Point position) { dragged(position); },
+          .opened = events_.opened,
+          .menuAsked = [this](Point at) { events_.menuAsked({at, {}}); }};
 }
 
 Point X11Screen::whereToStand(Extent size) const {
@@ -122,16 +117,16 @@ Point X11Screen::whereToStand(Extent size) const {
 
 void X11Screen::place(const Placement& placement) {
   placement_ = placement;
-  if (shown_) window_->moveTo(whereToStand(window_->size()));
+  if (shown_) widget_.moveTo(whereToStand(widget_.size()));
 }
 
 void X11Screen::show(const Picture& picture, const Look& look) {
-  window_->show(picture.get(), whereToStand(pictureSize(look)));
+  widget_.show(picture.get(), whereToStand(pictureSize(look)));
   shown_ = look;
 }
 
 void X11Screen::dragged(Point position) {
-  const auto size = window_->size();
+  const auto size = widget_.size();
   const auto monitors = screenMonitors(*display_);
   const int nearest =
       monitorAt(monitors, {position.x + size.width / 2, position.y + size.height / 2});
@@ -153,26 +148,26 @@ void X11Screen::dispatch() {
 }
 
 void X11Screen::handle(const xcb_generic_event_t& event) {
+  widget_.handle(event);
   const unsigned type = event.response_type & 0x7fU;
   if (type == XCB_PROPERTY_NOTIFY) {
     handleProperty(reinterpret_cast<const xcb_property_notify_event_t&>(event).atom);
   } else if (type == XCB_CLIENT_MESSAGE) {
     handleMessage(reinterpret_cast<const xcb_client_message_event_t&>(event));
   } else if (type == XCB_DESTROY_NOTIFY) {
-    rescale_ = true;  // the settings manager's window
+    rescale_ = true;  // perhaps the settings manager's window
   } else if (selectionEvents_ != 0 && type == selectionEvents_) {
     recompose_ = true;
   } else if (monitorEvents_ != 0 && (type == monitorEvents_ || type == monitorEvents_ + 1U)) {
     replace_ = true;
-  } else {
-    pointer_->handle(event);
   }
 }
 
 void X11Screen::handleProperty(xcb_atom_t atom) {
   const auto is = [&](std::string_view name) { return atom == display_->atom(name); };
   if (is("_XSETTINGS_SETTINGS") || is("RESOURCE_MANAGER")) rescale_ = true;
-  if (is("_NET_WORKAREA") || is("_NET_CURRENT_DESKTOP") || is("_GTK_WORKAREAS_D0")) replace_ = true;
+  if (is("_NET_WORKAREA") || is("_NET_CURRENT_DESKTOP") || is("_GTK_WORKAREAS_D0"))
+    followWorkArea_ = true;
 }
 
 void X11Screen::handleMessage(const xcb_client_message_event_t& message) {
@@ -189,14 +184,20 @@ void X11Screen::handleMessage(const xcb_client_message_event_t& message) {
   }
 }
 
+/// Moves with what panels leave, but asks for no place twice: a window manager that has its own
+/// idea of the place may answer with the same work area each time.
+void X11Screen::follow() {
+  if (shown_ && whereToStand(widget_.size()) != widget_.place()) place(placement_);
+}
+
 /// Does once what a whole round of events asks for.
 void X11Screen::act() {
   const auto scale = std::exchange(rescale_, false) ? sessionScale(*display_) : scale_;
-  const bool composited = std::exchange(recompose_, false) ? isComposited() : composited_;
-  const bool changed = scale != scale_ || composited != composited_;
-  scale_ = scale;
-  // A window's visual stays what it was, so another window is needed.
-  if (std::exchange(composited_, composited) != composited) openWindow();
+  const bool changed = std::exchange(scale_, scale) != scale;
+  widget_.setScale(scale);
+  if (std::exchange(recompose_, false)) widget_.setComposited(isComposited());
+  widget_.settle();
+  if (std::exchange(followWorkArea_, false)) follow();
   if (std::exchange(replace_, false)) place(placement_);
   if (changed) events_.changed();
 }

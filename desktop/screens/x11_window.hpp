@@ -2,45 +2,46 @@
 
 #include <memory>
 
-#include "desktop/geometry.hpp"
-#include "desktop/screens/x11_display.hpp"
-#include "desktop/widget_answer.hpp"
+#include "desktop/screens/x11_picture.hpp"
 
 namespace desktop {
 
-/// A window below all others, with a picture as its background; the X server keeps that and
-/// repaints it.
+/// A window below all others, with a picture as its background; the X server repaints it.
 class X11Window {
  public:
-  /// `transparent` needs a compositor; without one the window has the picture's shape.
-  X11Window(std::shared_ptr<const X11Display> display, bool transparent);
+  X11Window(std::shared_ptr<const X11Display> display, const X11Visual& visual);
   ~X11Window();
   X11Window(const X11Window&) = delete;
   X11Window& operator=(const X11Window&) = delete;
 
   [[nodiscard]] xcb_window_t id() const { return window_; }
-  [[nodiscard]] Extent size() const { return {area_.width, area_.height}; }
-  [[nodiscard]] Point position() const { return {area_.x, area_.y}; }
-  /// Moves it there and shows the picture in its own size.
-  void show(cairo_surface_t* picture, Point position);
-  void moveTo(Point position);
+  [[nodiscard]] Extent size() const { return size_; }
+  /// Makes the picture its background, in its own size at that place (device pixels of the screen).
+  void show(const X11Picture& picture, Point position);
+  /// Brings it onto the screen, once there is something to see.
+  void map() const;
+  /// Gives it the picture's shape, which it needs where nothing makes it transparent.
+  void cut(const X11Picture& picture) const;
+  /// Takes the shape away again.
+  void uncut() const;
+  /// Puts it there in its own size, whatever somebody else did to it.
+  void moveTo(Point position) const;
+  /// Where it really is: somebody else may have moved it.
+  [[nodiscard]] Point position() const;
+  /// Whether it is still there, neither unmapped nor made an icon.
+  [[nodiscard]] bool isShown() const;
   /// Asks the window manager for the keyboard, at the time of a user's action.
   void takeFocus(xcb_timestamp_t time) const;
 
  private:
-  void create();
+  void create(const X11Visual& visual);
   void setHints() const;
+  void setNames() const;
   void fixSize() const;
-  void paint(cairo_surface_t* picture) const;
 
   std::shared_ptr<const X11Display> display_;
-  bool transparent_;
-  bool isMapped_ = false;
-  xcb_visualtype_t* visual_ = nullptr;
-  std::uint8_t depth_ = 0;
-  xcb_colormap_t colormap_ = XCB_NONE;
-  xcb_window_t window_ = XCB_NONE;
-  Area area_{0, 0, 1, 1};  // device pixels
+  xcb_window_t window_;
+  Extent size_{1, 1};
 };
 
 }  // namespace desktop

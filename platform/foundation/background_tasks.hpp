@@ -13,7 +13,4 @@ void startBackgroundTask(std::function<void()> task);
 /// Waits until no task is left. A program calls it before it leaves main.
 void drainBackgroundTasks();
 
-/// Whether so many more threads could be started now.
-bool canStartThreads(int count);
-
 }  // namespace platform

@@ -7,6 +7,8 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
+#include <ctime>
 #include <system_error>
 
 #include "platform/foundation/raii.hpp"
@@ -18,6 +20,10 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr int mostMilliseconds = 10'000;
+
+// What is written has such a name until it is whole.
+constexpr std::string_view unfinished = ".velmora-XXXXXX";
+constexpr std::size_t randomLetters = 6;
 
 std::string systemMessage(int code) { return std::generic_category().message(code); }
 
@@ -48,7 +54,7 @@ bool writeAll(int descriptor, std::string_view bytes) {
 
 /// Writes beside the file, under a name that is never too long, and moves it into its place.
 void replaceFile(const fs::path& file, std::string_view bytes, mode_t permissions, bool durable) {
-  auto beside = (file.parent_path() / ".velmora-XXXXXX").string();
+  auto beside = (file.parent_path() / unfinished).string();
   const Descriptor descriptor(::mkostemp(beside.data(), O_CLOEXEC));
   if (!descriptor) throw notWritable(file);
   const bool whole =
@@ -58,6 +64,17 @@ void replaceFile(const fs::path& file, std::string_view bytes, mode_t permission
   const auto error = notWritable(file);
   ::unlink(beside.c_str());
   throw error;
+}
+
+bool isLeftover(const fs::path& file) {
+  constexpr std::chrono::minutes longEnough{10};
+  constexpr auto constantPart = unfinished.substr(0, unfinished.size() - randomLetters);
+  const auto name = file.filename().string();
+  struct stat status{};
+  return name.size() == unfinished.size() && name.starts_with(constantPart) &&
+         ::lstat(file.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
+         status.st_uid == ::geteuid() &&
+         std::chrono::seconds(::time(nullptr) - status.st_mtime) > longEnough;
 }
 
 /// Those of the file that is replaced, else what the umask leaves.
@@ -113,6 +130,7 @@ std::string readRegularFile(const fs::path& file, std::size_t largest) {
 
 void writePrivateFile(const fs::path& file, std::string_view bytes) {
   if (!makePrivateFolders(file.parent_path())) throw notWritable(file);
+  removeLeftovers(file.parent_path());
   replaceFile(file, bytes, S_IRUSR | S_IWUSR, true);
 }
 
@@ -136,7 +154,18 @@ bool makePrivateFolders(const fs::path& folder) {
   if (parent == folder || !makePrivateFolders(parent)) return false;
   // The umask may take more than others' rights.
   if (::mkdir(folder.c_str(), S_IRWXU) == 0) return ::chmod(folder.c_str(), S_IRWXU) == 0;
-  return fs::is_directory(folder, ignored);
+  const int code = errno;
+  const bool isThere = fs::is_directory(folder, ignored);  // made by somebody else just now
+  errno = code;
+  return isThere;
+}
+
+void removeLeftovers(const fs::path& folder) {
+  std::error_code ended;
+  for (fs::directory_iterator file(folder, ended); !ended && file != fs::end(file);
+       file.increment(ended)) {
+    if (isLeftover(file->path())) ::unlink(file->path().c_str());
+  }
 }
 
 }  // namespace platform

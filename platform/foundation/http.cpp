@@ -12,7 +12,6 @@ namespace platform {
 namespace {
 
 constexpr int mostRedirects = 20;
-constexpr std::size_t largestAnswer = 64U << 20U;
 
 using EasyHandle = Owned<CURL, curl_easy_cleanup>;
 using HeaderList = Owned<curl_slist, curl_slist_free_all>;
@@ -49,13 +48,14 @@ class SharedSession {
 
 /// What has arrived of an answer; the headers count towards its size.
 struct Answer {
+  std::size_t largest = 0;
   std::string body;
   std::size_t headerBytes = 0;
 };
 
 std::size_t receiveBody(char* data, std::size_t, std::size_t count, void* answer) {
   auto& received = *static_cast<Answer*>(answer);
-  if (received.body.size() + count > largestAnswer) return 0;
+  if (received.body.size() + count > received.largest) return 0;
   received.body.append(data, count);
   return count;
 }
@@ -63,7 +63,7 @@ std::size_t receiveBody(char* data, std::size_t, std::size_t count, void* answer
 std::size_t receiveHeader(char*, std::size_t, std::size_t count, void* answer) {
   auto& received = *static_cast<Answer*>(answer);
   received.headerBytes += count;
-  return received.headerBytes > largestAnswer ? 0 : count;
+  return received.headerBytes > received.largest ? 0 : count;
 }
 
 HeaderList headerList(const std::vector<HttpHeader>& headers) {
@@ -88,6 +88,33 @@ struct Exchange {
   std::optional<std::string> redirect;
 };
 
+TransportError::Case caseOf(CURL* handle, CURLcode code) {
+  using Case = TransportError::Case;
+  // Kept connections count as connected, too; their time to connect is 0.
+  double connected = 0;
+  double ready = 0;
+  curl_easy_getinfo(handle, CURLINFO_CONNECT_TIME, &connected);
+  curl_easy_getinfo(handle, CURLINFO_PRETRANSFER_TIME, &ready);
+  switch (code) {
+    case CURLE_PEER_FAILED_VERIFICATION:
+      return Case::ledAway;
+    case CURLE_OPERATION_TIMEDOUT:
+      return connected > 0 || ready > 0 ? Case::noAnswer : Case::noNetwork;
+    case CURLE_COULDNT_RESOLVE_HOST:
+    case CURLE_COULDNT_RESOLVE_PROXY:
+    case CURLE_COULDNT_CONNECT:
+      return Case::noNetwork;
+    case CURLE_SSL_CONNECT_ERROR:
+    case CURLE_GOT_NOTHING:
+    case CURLE_SEND_ERROR:
+    case CURLE_RECV_ERROR:
+    case CURLE_PARTIAL_FILE:
+      return Case::noAnswer;
+    default:
+      return Case::notPossible;
+  }
+}
+
 bool isRedirect(int status) {
   return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
 }
@@ -95,7 +122,7 @@ bool isRedirect(int status) {
 /// One request and its answer, without following anything.
 Exchange exchange(CURL* handle, const HttpRequest& request, const Origin& origin,
                   std::chrono::milliseconds timeLeft) {
-  Answer answer;
+  Answer answer{request.largestAnswer};
   const auto headers = headerList(request.headers);
   curl_easy_reset(handle);
   curl_easy_setopt(handle, CURLOPT_URL, request.url.c_str());
@@ -106,7 +133,8 @@ Exchange exchange(CURL* handle, const HttpRequest& request, const Origin& origin
   // A name server that does not answer must not prolong the time.
   curl_easy_setopt(handle, CURLOPT_QUICK_EXIT, 1L);
   curl_easy_setopt(handle, CURLOPT_TIMEOUT_MS, static_cast<long>(timeLeft.count()));
-  curl_easy_setopt(handle, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(largestAnswer));
+  curl_easy_setopt(handle, CURLOPT_MAXFILESIZE_LARGE,
+                   static_cast<curl_off_t>(request.largestAnswer));
   curl_easy_setopt(handle, CURLOPT_WRITEFUNCTION, receiveBody);
   curl_easy_setopt(handle, CURLOPT_WRITEDATA, &answer);
   curl_easy_setopt(handle, CURLOPT_HEADERFUNCTION, receiveHeader);
@@ -122,9 +150,11 @@ Exchange exchange(CURL* handle, const HttpRequest& request, const Origin& origin
 
   const CURLcode code = curl_easy_perform(handle);
   if (code == CURLE_WRITE_ERROR || code == CURLE_FILESIZE_EXCEEDED)
-    throw TransportError("The answer of " + origin.host + " is larger than 64 MiB.");
+    throw TransportError("The answer of " + origin.host + " is larger than " +
+                         std::to_string(request.largestAnswer >> 20U) + " MiB.");
   if (code != CURLE_OK)
-    throw TransportError("No answer from " + origin.host + ": " + curl_easy_strerror(code) + ".");
+    throw TransportError("No answer from " + origin.host + ": " + curl_easy_strerror(code) + ".",
+                         caseOf(handle, code));
 
   long status = 0;
   curl_easy_getinfo(handle, CURLINFO_RESPONSE_CODE, &status);
@@ -145,14 +175,16 @@ HttpRequest redirected(HttpRequest request, const Origin& from, const std::strin
     request.headers.clear();  // they described the body
   }
   if (to != from) {
-    if (request.body) throw TransportError("A redirect would carry the request to another host.");
+    if (request.body)
+      throw TransportError("A redirect would carry the request to another host.",
+                           TransportError::Case::ledAway);
     request.headers.clear();
   }
   request.url = target;
   return request;
 }
 
-HttpResponse follow(CURL* handle, HttpRequest request) {
+HttpResponse follow(CURL* handle, HttpRequest& request) {
   using Clock = std::chrono::steady_clock;
   const auto deadline = Clock::now() + request.timeout;
   for (int redirects = 0; redirects <= mostRedirects; ++redirects) {
@@ -163,12 +195,25 @@ HttpResponse follow(CURL* handle, HttpRequest request) {
                            ".");
     const auto timeLeft =
         std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
-    if (timeLeft.count() <= 0) throw TransportError("No answer from " + origin->host + " in time.");
+    if (timeLeft.count() <= 0)
+      throw TransportError("No answer from " + origin->host + " in time.",
+                           TransportError::Case::noAnswer);
     auto [response, redirect] = exchange(handle, request, *origin, timeLeft);
     if (!redirect || !request.followsRedirects) return response;
     request = redirected(std::move(request), *origin, *redirect, response.status);
   }
   throw TransportError("Too many redirects.");
+}
+
+/// Whoever redirects to elsewhere is not who was asked: what fails from there on is theirs.
+HttpResponse exchangeAll(CURL* handle, HttpRequest request) {
+  const auto home = originOf(request.url);
+  try {
+    return follow(handle, request);
+  } catch (TransportError& error) {
+    if (originOf(request.url) != home) error.kind = TransportError::Case::ledAway;
+    throw;
+  }
 }
 
 }  // namespace
@@ -178,7 +223,7 @@ HttpResponse sendRequest(const HttpRequest& request) {
   auto handle = session.take();
   if (!handle) throw TransportError("The HTTP library could not be started.");
   try {
-    auto response = follow(handle.get(), request);
+    auto response = exchangeAll(handle.get(), request);
     session.giveBack(std::move(handle));
     return response;
   } catch (...) {

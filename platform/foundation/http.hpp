@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -24,6 +25,8 @@ struct HttpRequest {
   std::chrono::milliseconds timeout{60'000};
   /// Without it, a redirect is an answer like any other.
   bool followsRedirects = true;
+  /// In bytes. What is beyond it is an error, since all of it is kept in memory.
+  std::size_t largestAnswer = std::size_t{1} << 20U;
 };
 
 struct HttpResponse {
@@ -36,7 +39,17 @@ struct HttpResponse {
 /// message never holds a header, a body or an address's path.
 class TransportError : public std::runtime_error {
  public:
-  using std::runtime_error::runtime_error;
+  enum class Case {
+    noNetwork,   ///< no connection: a name that does not resolve, no route, nobody there
+    noAnswer,    ///< a connection, but no whole answer: it broke off, or the time ran out
+    ledAway,     ///< somebody else answers: a redirect to elsewhere, another's certificate
+    notPossible  ///< a request that may not be sent, or an answer that may not be read
+  };
+
+  explicit TransportError(const std::string& message, Case errorCase = Case::notPossible)
+      : std::runtime_error(message), kind(errorCase) {}
+
+  Case kind;
 };
 
 /// Sends a request through the process-wide session, which keeps connections open between
@@ -44,8 +57,7 @@ class TransportError : public std::runtime_error {
 ///
 /// https everywhere, plain http to loopback only, the same for redirects; 301, 302, 303, 307 and
 /// 308 are followed (RFC 9110, section 15.4), 20 times at most. To another origin, headers are
-/// left behind and a body is not sent at all (TransportError). An answer over 64 MiB is an error.
-/// Every HTTP status is an answer.
+/// left behind and a body is not sent at all (TransportError). Every HTTP status is an answer.
 HttpResponse sendRequest(const HttpRequest& request);
 
 }  // namespace platform

@@ -45,7 +45,7 @@ const JsonNode* JsonDecoder::member(std::string_view key) const {
   if (object == nullptr) fail("an object");
   const JsonNode* found = nullptr;
   for (const auto* node = object->first; node != nullptr; node = node->next) {
-    if (node->key == key) found = node;
+    if (node->key.view() == key) found = node;
   }
   return found;
 }
@@ -67,9 +67,9 @@ std::optional<JsonDecoder> JsonDecoder::optionalAt(std::string_view key) const {
 }
 
 std::string JsonDecoder::string() const {
-  const auto* text = valueIn<std::string_view>(*node_);
+  const auto* text = valueIn<JsonText>(*node_);
   if (text == nullptr) fail("a string");
-  return std::string(*text);
+  return std::string(text->view());
 }
 
 double JsonDecoder::number() const {

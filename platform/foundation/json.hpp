@@ -35,7 +35,7 @@ class JsonTree;
 class JsonDecoder {
  public:
   /// Parses a whole document (RFC 8259, UTF-8). Anything after the value, numbers beyond a
-  /// double, and nesting deeper than 512 levels are errors.
+  /// double, nesting deeper than 512 levels, and more than 4,000,000 values are errors.
   explicit JsonDecoder(std::string_view document);
 
   /// The value under a key. Throws when this is no object, or when the key is missing.

@@ -3,6 +3,8 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <cstring>
+#include <limits>
 #include <vector>
 
 #include "platform/foundation/json.hpp"
@@ -12,6 +14,10 @@ namespace platform {
 namespace {
 
 constexpr std::size_t deepestNesting = 512;
+
+// Twice what a report of 100,000 rows holds. The shortest values, two bytes of the document each,
+// take twenty times as much as nodes.
+constexpr std::size_t mostValues = 4'000'000;
 
 /// Makes nodes of the parser's events.
 class TreeBuilder : public nlohmann::json_sax<nlohmann::json> {
@@ -25,14 +31,14 @@ class TreeBuilder : public nlohmann::json_sax<nlohmann::json> {
   bool number_integer(std::int64_t value) override { return append(value); }
   bool number_unsigned(std::uint64_t value) override { return append(value); }
   bool number_float(double value, const std::string&) override { return append(value); }
-  bool string(std::string& text) override { return append(kept(text)); }
+  bool string(std::string& text) override { return append(JsonText(text, memory_)); }
   bool binary(binary_t&) override { return false; }
   bool start_array(std::size_t) override { return open<JsonArray>(); }
   bool end_array() override { return close(); }
   bool start_object(std::size_t) override { return open<JsonObject>(); }
   bool end_object() override { return close(); }
   bool key(std::string& text) override {
-    key_ = kept(text);
+    key_ = JsonText(text, memory_);
     return true;
   }
   bool parse_error(std::size_t, const std::string&, const nlohmann::json::exception&) override {
@@ -46,14 +52,9 @@ class TreeBuilder : public nlohmann::json_sax<nlohmann::json> {
     const JsonNode** end;
   };
 
-  std::string_view kept(std::string_view text) {
-    auto* copy = memory_.allocate_object<char>(text.size());
-    std::copy(text.begin(), text.end(), copy);
-    return {copy, text.size()};
-  }
-
   template <class Value>
   JsonNode* add(const Value& value) {
+    if (++values_ > mostValues) throw JsonDecodingError("too many values");
     auto* node = memory_.new_object<JsonNode>();
     node->value = value;
     node->key = key_;
@@ -89,7 +90,8 @@ class TreeBuilder : public nlohmann::json_sax<nlohmann::json> {
 
   std::pmr::polymorphic_allocator<> memory_;
   const JsonNode* root_ = nullptr;
-  std::string_view key_;
+  std::size_t values_ = 0;
+  JsonText key_;
   std::vector<Open> open_;
 };
 
@@ -101,7 +103,25 @@ std::size_t positionInList(const JsonNode& node, const JsonArray& list) {
 
 }  // namespace
 
+JsonText::JsonText(std::string_view text, std::pmr::polymorphic_allocator<>& memory) {
+  if (text.empty()) return;
+  const auto length = static_cast<std::uint32_t>(text.size());
+  char* start = memory.allocate_object<char>(sizeof length + text.size());
+  std::memcpy(start, &length, sizeof length);
+  std::copy(text.begin(), text.end(), start + sizeof length);
+  start_ = start;
+}
+
+std::string_view JsonText::view() const {
+  if (start_ == nullptr) return {};
+  std::uint32_t length = 0;
+  std::memcpy(&length, start_, sizeof length);
+  return {start_ + sizeof length, length};
+}
+
 JsonTree::JsonTree(std::string_view text) {
+  if (text.size() > std::numeric_limits<std::uint32_t>::max())
+    throw JsonDecodingError("too large a document");
   TreeBuilder builder(memory_);
   // The parser's own messages quote the input, which may hold a secret.
   if (!nlohmann::json::sax_parse(text.begin(), text.end(), &builder))
@@ -113,7 +133,7 @@ std::string jsonPath(const JsonNode& node) {
   if (node.parent == nullptr) return "";
   if (const auto* array = std::get_if<JsonArray>(&node.parent->value))
     return jsonPath(*node.parent) + "[" + std::to_string(positionInList(node, *array)) + "]";
-  return jsonPath(*node.parent, node.key);
+  return jsonPath(*node.parent, node.key.view());
 }
 
 std::string jsonPath(const JsonNode& object, std::string_view key) {

@@ -10,6 +10,19 @@ namespace platform {
 
 struct JsonNode;
 
+/// A text that lies in the document's memory behind its length. A pointer is all that a node holds
+/// of it: there are many nodes.
+class JsonText {
+ public:
+  JsonText() = default;
+  explicit JsonText(std::string_view text, std::pmr::polymorphic_allocator<>& memory);
+
+  [[nodiscard]] std::string_view view() const;
+
+ private:
+  const char* start_ = nullptr;  ///< of the length; null for the empty text
+};
+
 /// The elements of an array or the members of an object, linked through their `next`.
 struct JsonList {
   const JsonNode* first = nullptr;
@@ -21,11 +34,12 @@ struct JsonObject : JsonList {};
 struct JsonNode {
   const JsonNode* parent = nullptr;  ///< null for the whole document
   const JsonNode* next = nullptr;    ///< in the same array or object
-  std::string_view key;              ///< of a member
-  std::variant<std::nullptr_t, bool, std::int64_t, std::uint64_t, double, std::string_view,
-               JsonArray, JsonObject>
+  JsonText key;                      ///< of a member
+  std::variant<std::nullptr_t, bool, std::int64_t, std::uint64_t, double, JsonText, JsonArray,
+               JsonObject>
       value;
 };
+static_assert(sizeof(JsonNode) <= 5 * sizeof(void*));
 
 /// A parsed document. Its nodes and texts lie in few large pieces of memory and go with it.
 class JsonTree {

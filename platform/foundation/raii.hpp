@@ -35,6 +35,8 @@ class Descriptor {
 
   explicit operator bool() const { return number_ >= 0; }
   [[nodiscard]] int get() const { return number_; }
+  /// Hands the number over to somebody else who closes it.
+  [[nodiscard]] int release() { return std::exchange(number_, -1); }
 
  private:
   int number_;

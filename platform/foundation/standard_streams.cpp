@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdio>
 
 namespace platform {
@@ -12,6 +13,11 @@ void occupyStandardStreams() {
     // The lowest free number is taken. Open for reading alone, it refuses what is written.
     if (::fcntl(stream, F_GETFD) < 0) ::open("/dev/null", O_RDONLY);
   }
+}
+
+void surviveFailedWrites() {
+  // A handler, unlike SIG_IGN, is not inherited by what is executed.
+  for (const int signal : {SIGPIPE, SIGXFSZ}) std::signal(signal, [](int) {});
 }
 
 bool printLine(const std::string& line) {

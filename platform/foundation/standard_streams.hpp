@@ -9,6 +9,11 @@ namespace platform {
 /// called before anything is opened.
 void occupyStandardStreams();
 
+/// From now on a write that nobody reads, or that goes beyond the size that a file may have
+/// (RLIMIT_FSIZE), fails with an error instead of ending the process. Programs that this one starts
+/// are not affected.
+void surviveFailedWrites();
+
 /// Writes a line to standard output, at once. Returns whether it could be written.
 bool printLine(const std::string& line);
 

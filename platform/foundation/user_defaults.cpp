@@ -11,6 +11,7 @@
 #include <chrono>
 #include <functional>
 #include <thread>
+#include <tuple>
 
 #include "platform/foundation/bundle.hpp"
 #include "platform/foundation/files.hpp"
@@ -65,6 +66,12 @@ int bindText(sqlite3_stmt* statement, int index, const std::string& text) {
 
 bool isDamaged(int code) { return code == SQLITE_NOTADB || code == SQLITE_CORRUPT; }
 
+/// Whether there is something under that name, be it a link that leads nowhere.
+bool isThere(const fs::path& file) {
+  std::error_code ignored;
+  return fs::exists(fs::symlink_status(file, ignored));
+}
+
 /// Whether the file can serve as a store: a plain file that SQLite reads as a database.
 bool isUsable(const fs::path& file) {
   std::error_code ignored;
@@ -95,10 +102,10 @@ bool setAside(const fs::path& file) {
   const Descriptor folder(::open(file.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (!folder || !locks(folder.get())) return false;
   std::error_code ignored;
-  if (fs::exists(file, ignored) && !isUsable(file)) {
+  if (isThere(file) && !isUsable(file)) {
     const auto name = file.string() + ".damaged-" + std::to_string(::time(nullptr));
     int count = 1;
-    while (fs::exists(name + "-" + std::to_string(count), ignored)) ++count;
+    while (isThere(name + "-" + std::to_string(count))) ++count;
     for (const char* companion : {"", "-journal", "-wal", "-shm"}) {
       fs::rename(file.string() + companion, name + "-" + std::to_string(count) + companion,
                  ignored);
@@ -121,7 +128,7 @@ void withStore(const fs::path& file, bool writing, const std::function<int(sqlit
   if (file.empty()) return;
   for (int attempt = 0; attempt < 2; ++attempt) {
     std::error_code ignored;
-    if (fs::exists(file, ignored) && !fs::is_regular_file(file, ignored) && !setAside(file)) return;
+    if (isThere(file) && !fs::is_regular_file(file, ignored) && !setAside(file)) return;
     if (writing) createFile(file);
     if (!fs::exists(file, ignored)) return;
     int code = SQLITE_CANTOPEN;
@@ -146,15 +153,15 @@ std::optional<std::string> read(const fs::path& file, const std::string& key, in
   return value;
 }
 
-void write(const fs::path& file, const char* sql, const std::function<int(sqlite3_stmt*)>& bind) {
-  withStore(file, true, [&](sqlite3* database) {
-    const int code =
-        run(database, "CREATE TABLE IF NOT EXISTS defaults(key TEXT PRIMARY KEY, value)", {});
-    return code == SQLITE_DONE ? run(database, sql, bind) : code;
-  });
-}
-
+constexpr const char* makeTable =
+    "CREATE TABLE IF NOT EXISTS defaults(key TEXT PRIMARY KEY, value)";
 constexpr const char* storeValue = "INSERT OR REPLACE INTO defaults(key, value) VALUES(?, ?)";
+constexpr const char* removeValue = "DELETE FROM defaults WHERE key = ?";
+constexpr const char* moveValue = "UPDATE OR IGNORE defaults SET key = ? WHERE key = ?";
+
+// SQLite keeps what a change replaces in a file beside the store until the change is complete.
+// Without that file, a power cut amid a change may damage the store.
+constexpr const char* withoutJournalFile = "PRAGMA journal_mode = MEMORY";
 
 }  // namespace
 
@@ -173,26 +180,83 @@ std::optional<std::string> UserDefaults::string(const std::string& key) const {
   return read(file_, key, SQLITE_TEXT);
 }
 
+// Without room for a change, there is nobody to tell.
 void UserDefaults::setData(const std::string& key, const std::string& bytes) const {
-  write(file_, storeValue, [&](sqlite3_stmt* statement) {
-    const int code = bindText(statement, 1, key);
-    if (code != SQLITE_OK) return code;
-    return sqlite3_bind_blob64(statement, 2, bytes.data(), bytes.size(), SQLITE_TRANSIENT);
-  });
+  std::ignore = change([&](Changes& changes) { changes.setData(key, bytes); });
 }
 
 void UserDefaults::setString(const std::string& key, const std::string& text) const {
-  write(file_, storeValue, [&](sqlite3_stmt* statement) {
-    const int code = bindText(statement, 1, key);
-    return code == SQLITE_OK ? bindText(statement, 2, text) : code;
-  });
+  std::ignore = change([&](Changes& changes) { changes.setString(key, text); });
 }
 
 void UserDefaults::remove(const std::string& key) const {
   std::error_code ignored;
   if (!fs::exists(file_, ignored)) return;
-  write(file_, "DELETE FROM defaults WHERE key = ?",
-        [&](sqlite3_stmt* statement) { return bindText(statement, 1, key); });
+  std::ignore = change([&](Changes& changes) { changes.remove(key); });
+}
+
+void UserDefaults::Changes::add(int code) {
+  if (failure_ == SQLITE_OK && code != SQLITE_DONE) failure_ = code;
+}
+
+void UserDefaults::Changes::setData(const std::string& key, const std::string& bytes) {
+  add(run(database_, storeValue, [&](sqlite3_stmt* statement) {
+    const int code = bindText(statement, 1, key);
+    if (code != SQLITE_OK) return code;
+    return sqlite3_bind_blob64(statement, 2, bytes.data(), bytes.size(), SQLITE_TRANSIENT);
+  }));
+}
+
+void UserDefaults::Changes::setString(const std::string& key, const std::string& text) {
+  add(run(database_, storeValue, [&](sqlite3_stmt* statement) {
+    const int code = bindText(statement, 1, key);
+    return code == SQLITE_OK ? bindText(statement, 2, text) : code;
+  }));
+}
+
+void UserDefaults::Changes::remove(const std::string& key) {
+  add(run(database_, removeValue,
+          [&](sqlite3_stmt* statement) { return bindText(statement, 1, key); }));
+}
+
+void UserDefaults::Changes::move(const std::string& key, const std::string& newKey) {
+  add(run(database_, moveValue, [&](sqlite3_stmt* statement) {
+    const int code = bindText(statement, 1, newKey);
+    return code == SQLITE_OK ? bindText(statement, 2, key) : code;
+  }));
+}
+
+bool UserDefaults::change(const char* setting, const std::function<void(Changes&)>& make) const {
+  bool isStored = false;
+  withStore(file_, true, [&](sqlite3* database) {
+    if (setting != nullptr) run(database, setting, {});
+    for (const char* begin : {"BEGIN IMMEDIATE", makeTable}) {
+      if (const int code = run(database, begin, {}); code != SQLITE_DONE) return code;
+    }
+    Changes changes(database);
+    make(changes);
+    if (changes.failure_ != SQLITE_OK) return changes.failure_;
+    const int code = run(database, "COMMIT", {});
+    isStored = code == SQLITE_DONE;
+    return code;
+  });
+  return isStored;
+}
+
+bool UserDefaults::change(const std::function<void(Changes&)>& make) const {
+  return change(nullptr, make);
+}
+
+bool UserDefaults::forget(const std::vector<std::string>& keys) const {
+  std::error_code failure;
+  if (file_.empty() || fs::symlink_status(file_, failure).type() == fs::file_type::not_found)
+    return true;
+  const auto removeAll = [&keys](Changes& changes) {
+    for (const auto& key : keys) changes.remove(key);
+  };
+  if (change(removeAll) || change(withoutJournalFile, removeAll)) return true;
+  fs::remove(file_.string() + "-journal", failure);
+  return fs::remove(file_, failure);
 }
 
 }  // namespace platform

@@ -1,8 +1,12 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
+#include <vector>
+
+struct sqlite3;
 
 namespace platform {
 
@@ -10,10 +14,29 @@ namespace platform {
 /// for each call. Safe across threads, across processes, and across the death of a process at any
 /// moment: a key holds its old value or its new one.
 ///
-/// No call fails: a file that is no database is set aside under another name and begun anew, a
-/// store that cannot be read holds nothing, and one that cannot be written drops the write.
+/// But for the two that say what came of them, no call fails: a file that is no database is set
+/// aside under another name and begun anew, a store that cannot be read holds nothing, and one that
+/// cannot be written drops the write.
 class UserDefaults {
  public:
+  /// Changes that are made as one.
+  class Changes {
+   public:
+    void setData(const std::string& key, const std::string& bytes);
+    void setString(const std::string& key, const std::string& text);
+    void remove(const std::string& key);
+    /// Moves a value to another key, unless that one has a value.
+    void move(const std::string& key, const std::string& newKey);
+
+   private:
+    friend class UserDefaults;
+    explicit Changes(sqlite3* database) : database_(database) {}
+    void add(int code);
+
+    sqlite3* database_;
+    int failure_ = 0;
+  };
+
   /// The program's own store, `defaults.sqlite3` in its state folder.
   static UserDefaults standard();
 
@@ -29,7 +52,17 @@ class UserDefaults {
   void setString(const std::string& key, const std::string& text) const;
   void remove(const std::string& key) const;
 
+  /// Makes several changes, all or none of them; nobody else can write from before `make` is called
+  /// until they are stored. Returns whether they are. What `make` throws is passed on, and nothing
+  /// is stored.
+  [[nodiscard]] bool change(const std::function<void(Changes&)>& make) const;
+  /// Removes keys by any means, on a full disk and in a folder that cannot be written too: at the
+  /// worst all others go along. Returns whether they are gone.
+  [[nodiscard]] bool forget(const std::vector<std::string>& keys) const;
+
  private:
+  [[nodiscard]] bool change(const char* setting, const std::function<void(Changes&)>& make) const;
+
   std::filesystem::path file_;
 };
 

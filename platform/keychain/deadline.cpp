@@ -1,51 +1,77 @@
 #include "platform/keychain/deadline.hpp"
 
 #include <condition_variable>
-#include <memory>
 #include <mutex>
 #include <system_error>
 #include <thread>
-
-#include "platform/foundation/background_tasks.hpp"
-#include "platform/foundation/raii.hpp"
 
 namespace platform {
 
 namespace {
 
-/// Shared by the caller and the thread; the later of the two lets go of it.
+/// One operation under way; the later of caller and thread lets go of it.
 struct Call {
-  Owned<GCancellable, g_object_unref> cancellable{g_cancellable_new()};
-  std::mutex mutex;
-  std::condition_variable ended;
-  std::optional<KeychainLookup> result;
+  KeychainOperation<void> operation;
+  std::shared_ptr<GCancellable> cancellable{g_cancellable_new(), g_object_unref};
+  bool hasEnded = false;
 };
 
-constexpr KeychainLookup failed(std::int32_t status) { return {status, std::nullopt}; }
+/// Shared by all callers and threads. Never destroyed, since a thread may outlive main.
+struct Turn {
+  std::mutex mutex;  ///< for the calls' ends, too
+  std::condition_variable changed;
+  bool isTaken = false;
+};
 
-// GLib starts some of its own, and ends the process when it cannot.
-constexpr int neededThreads = 4;
+Turn& turn() {
+  static auto* const instance = new Turn;
+  return *instance;
+}
+
+void carryOut(const std::shared_ptr<Call>& call) {
+  call->operation(call->cancellable.get());
+  const std::lock_guard lock(turn().mutex);
+  call->hasEnded = true;
+  turn().changed.notify_all();
+}
+
+/// Returns whether there was a thread for it. One that is just ending, the last operation's
+/// perhaps, still counts for the system's limit.
+bool start(const std::shared_ptr<Call>& call) {
+  constexpr int mostTries = 50;
+  constexpr std::chrono::milliseconds pause{2};
+  for (int i = 0; i < mostTries; ++i) {
+    try {
+      std::thread(carryOut, call).detach();
+      return true;
+    } catch (const std::system_error&) {
+      std::this_thread::sleep_for(pause);
+    }
+  }
+  return false;
+}
 
 }  // namespace
 
-KeychainLookup withinDeadline(KeychainOperation operation, std::chrono::milliseconds limit) {
-  if (!canStartThreads(neededThreads)) return failed(keychain_status::notAvailable);
-  const auto call = std::make_shared<Call>();
-  try {
-    std::thread([call, operation = std::move(operation)] {
-      auto result = operation(call->cancellable.get());
-      const std::lock_guard lock(call->mutex);
-      call->result = std::move(result);
-      call->ended.notify_all();
-    }).detach();
-  } catch (const std::system_error&) {
-    return failed(keychain_status::notAvailable);
-  }
-  std::unique_lock lock(call->mutex);
-  if (call->ended.wait_for(lock, limit, [&call] { return call->result.has_value(); }))
-    return *call->result;
+std::int32_t runInTurn(const KeychainOperation<void>& operation, std::chrono::milliseconds limit) {
+  const auto end = std::chrono::steady_clock::now() + limit;
+  const auto call = std::make_shared<Call>(Call{operation});
+  auto& [mutex, changed, isTaken] = turn();
+  std::unique_lock lock(mutex);
+  if (!changed.wait_until(lock, end, [&] { return !isTaken; })) return keychain_status::timedOut;
+  isTaken = true;
+  lock.unlock();
+  const bool hasThread = start(call);
+  lock.lock();
+  if (hasThread) changed.wait_until(lock, end, [&] { return call->hasEnded; });
+  isTaken = false;
+  const bool hasEnded = call->hasEnded;
+  lock.unlock();
+  changed.notify_all();
+  if (!hasThread) return keychain_status::notAvailable;
+  if (hasEnded) return keychain_status::success;
   g_cancellable_cancel(call->cancellable.get());
-  return failed(keychain_status::timedOut);
+  return keychain_status::timedOut;
 }
 
 }  // namespace platform

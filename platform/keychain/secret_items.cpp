@@ -8,13 +8,17 @@ namespace {
 
 using ItemList = Owned<GList, g_list_free>;
 
-}  // namespace
+/// How the library and the services say that an object is not there, or not any more.
+bool isGone(const GError* error) {
+  return g_error_matches(error, SECRET_ERROR, SECRET_ERROR_NO_SUCH_OBJECT) ||
+         g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_UNKNOWN_OBJECT) ||
+         g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_UNKNOWN_METHOD);
+}
 
 std::int32_t statusOf(const GError* error) {
   if (g_error_matches(error, SECRET_ERROR, SECRET_ERROR_IS_LOCKED))
     return keychain_status::interactionNotAllowed;
-  if (g_error_matches(error, SECRET_ERROR, SECRET_ERROR_NO_SUCH_OBJECT))
-    return keychain_status::itemNotFound;
+  if (isGone(error)) return keychain_status::itemNotFound;
   if (g_error_matches(error, SECRET_ERROR, SECRET_ERROR_INVALID_FILE_FORMAT))
     return keychain_status::undecodable;
   if (g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED) ||
@@ -26,6 +30,19 @@ std::int32_t statusOf(const GError* error) {
   if (error->domain == G_IO_ERROR || error->domain == G_DBUS_ERROR)
     return keychain_status::notAvailable;
   return keychain_status::internalError;
+}
+
+/// Success, or the status for a failure of what is not an item.
+std::int32_t serviceOutcome(GError* failure) {
+  const auto status = outcome(failure);
+  return status == keychain_status::itemNotFound ? keychain_status::notAvailable : status;
+}
+
+}  // namespace
+
+std::int32_t outcome(GError* failure) {
+  const Error error(failure);
+  return error ? statusOf(error.get()) : keychain_status::success;
 }
 
 const SecretSchema* genericSchema() {
@@ -54,11 +71,16 @@ Attributes attributesOf(const KeychainKey& key) {
 std::vector<Object<SecretRetrievable>> searchItems(const KeychainKey& key,
                                                    GCancellable* cancellable,
                                                    std::int32_t& status) {
-  GError* failure = nullptr;
-  const ItemList list(secret_password_searchv_sync(genericSchema(), attributesOf(key).get(),
-                                                   SECRET_SEARCH_ALL, cancellable, &failure));
-  const Error error(failure);
-  if (error) status = statusOf(error.get());
+  constexpr int mostTries = 10;  // an item that is removed meanwhile fails the whole search
+  ItemList list;
+  status = keychain_status::itemNotFound;
+  for (int i = 0; i < mostTries && status == keychain_status::itemNotFound; ++i) {
+    GError* failure = nullptr;
+    list.reset(secret_password_searchv_sync(genericSchema(), attributesOf(key).get(),
+                                            SECRET_SEARCH_ALL, cancellable, &failure));
+    status = outcome(failure);
+  }
+  if (status == keychain_status::itemNotFound) status = keychain_status::notAvailable;
   std::vector<Object<SecretRetrievable>> items;
   for (GList* node = list.get(); node != nullptr; node = node->next)
     items.emplace_back(SECRET_RETRIEVABLE(node->data));
@@ -78,8 +100,7 @@ Object<SecretService> secretService(GCancellable* cancellable, std::int32_t& sta
   GError* failure = nullptr;
   Object<SecretService> service(
       secret_service_get_sync(SECRET_SERVICE_NONE, cancellable, &failure));
-  const Error error(failure);
-  if (error) status = statusOf(error.get());
+  status = serviceOutcome(failure);
   return service;
 }
 
@@ -88,14 +109,11 @@ Object<SecretCollection> defaultCollection(SecretService* service, GCancellable*
   GError* failure = nullptr;
   Object<SecretCollection> collection(secret_collection_for_alias_sync(
       service, SECRET_COLLECTION_DEFAULT, SECRET_COLLECTION_NONE, cancellable, &failure));
-  const Error error(failure);
-  if (error) {
-    status = statusOf(error.get());
-  } else if (!collection) {
-    status = keychain_status::noDefaultKeychain;
-  } else if (secret_collection_get_locked(collection.get()) != FALSE) {
+  status = serviceOutcome(failure);
+  if (status != keychain_status::success) return nullptr;
+  if (!collection) status = keychain_status::noDefaultKeychain;
+  if (collection && secret_collection_get_locked(collection.get()) != FALSE)
     status = keychain_status::interactionNotAllowed;
-  }
   return status == keychain_status::success ? std::move(collection) : nullptr;
 }
 

@@ -19,15 +19,16 @@ using Error = Owned<GError, g_error_free>;
 using Attributes = Owned<GHashTable, g_hash_table_unref>;
 using Value = Owned<SecretValue, secret_value_unref>;
 
-/// The keychain status for a failure of the library.
-std::int32_t statusOf(const GError* error);
+/// Success, or the keychain status for the failure that a call of the library left, which is freed;
+/// `itemNotFound` for an item that has vanished.
+std::int32_t outcome(GError* failure);
 
 /// Items are matched by their attributes alone: whoever stored them used a schema of their own.
 const SecretSchema* genericSchema();
 Attributes attributesOf(const KeychainKey& key);
 
 /// The matching items, locked ones too, the one modified last first. Never prompts. A failure is
-/// in `status`.
+/// in `status`. Each of them may be gone by the time that it is used.
 std::vector<Object<SecretRetrievable>> searchItems(const KeychainKey& key,
                                                    GCancellable* cancellable, std::int32_t& status);
 

@@ -34,6 +34,18 @@ const char* name(FontWeight weight) {
   return "regular";
 }
 
+const char* name(Fill fill) {
+  switch (fill) {
+    case Fill::hatched:
+      return "hatched";
+    case Fill::outlined:
+      return "outlined";
+    case Fill::solid:
+      break;
+  }
+  return "solid";
+}
+
 /// Adds what is particular to a kind of item.
 struct AddContent {
   Json& json;
@@ -64,6 +76,15 @@ struct AddContent {
     json["cap"] = arc.cap == LineCap::round ? "round" : "butt";
   }
   void operator()(const DividerItem&) const { json["kind"] = "divider"; }
+  void operator()(const RectangleItem& rectangle) const {
+    json["kind"] = "rectangle";
+    json["fill"] = name(rectangle.style.fill);
+    json["radii"] = numbers({rectangle.style.topRadius, rectangle.style.bottomRadius});
+  }
+  void operator()(const RuleItem& rule) const {
+    json["kind"] = "rule";
+    json["dash"] = jsonNumber(rule.dash);
+  }
   void operator()(const GradientItem& gradient) const {
     json["kind"] = "gradient";
     json.erase("color");

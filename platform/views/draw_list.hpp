@@ -35,6 +35,16 @@ struct ArcItem {
 
 struct DividerItem {};
 
+/// An area over the whole frame.
+struct RectangleItem {
+  RectangleStyle style;
+};
+
+/// A line across the frame, as thick as that is high.
+struct RuleItem {
+  double dash = 0;
+};
+
 struct GradientItem {
   LinearGradient colors;
 };
@@ -43,7 +53,8 @@ struct GradientItem {
 struct DrawItem {
   Rect frame;
   Color color;
-  std::variant<TextItem, SymbolItem, ArcItem, DividerItem, GradientItem> content;
+  std::variant<TextItem, SymbolItem, ArcItem, DividerItem, GradientItem, RectangleItem, RuleItem>
+      content;
 };
 
 /// Everything a widget draws, back to front, and everything it says.

@@ -49,4 +49,12 @@ DrawList layOut(const View& view, const Canvas& canvas, const Typesetter& typese
   return list;
 }
 
+Size measure(const View& view, const Proposal& room, const Typesetter& typesetter) {
+  const ViewEnvironment environment;
+  Inherited inherited;
+  inherited.typesetter = &typesetter;
+  inherited.environment = &environment;
+  return view.node().resolve(inherited)->measure(room);
+}
+
 }  // namespace platform

@@ -20,4 +20,7 @@ struct Canvas {
 /// everything is mirrored but the items themselves.
 DrawList layOut(const View& view, const Canvas& canvas, const Typesetter& typesetter);
 
+/// The size that a view takes when it is offered that room.
+Size measure(const View& view, const Proposal& room, const Typesetter& typesetter);
+
 }  // namespace platform

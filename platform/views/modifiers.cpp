@@ -146,6 +146,17 @@ class AccessibilityElement : public WrapperElement {
   std::string phrase_;
 };
 
+class HiddenElement : public WrapperElement {
+ public:
+  using WrapperElement::WrapperElement;
+
+  void emit(const Placed& placed, DrawList& list) const override {
+    const auto before = list.accessibility.size();
+    WrapperElement::emit(placed, list);
+    list.accessibility.resize(before);
+  }
+};
+
 /// Resolves its child in changed surroundings.
 class InheritingNode : public Node {
  public:
@@ -176,6 +187,18 @@ class WrappingNode : public Node {
 
  private:
   Parameter parameter_;
+  View child_;
+};
+
+class HiddenNode : public Node {
+ public:
+  explicit HiddenNode(View child) : child_(std::move(child)) {}
+
+  ElementPtr resolve(const Inherited& inherited) const override {
+    return std::make_unique<HiddenElement>(child_.node().resolve(inherited));
+  }
+
+ private:
   View child_;
 };
 
@@ -253,5 +276,7 @@ View View::overlay(Color color) const { return wrapping<OverlayElement>(color, *
 View View::accessibilityLabel(std::string phrase) const {
   return wrapping<AccessibilityElement>(std::move(phrase), *this);
 }
+
+View View::accessibilityHidden() const { return View(std::make_shared<HiddenNode>(*this)); }
 
 }  // namespace platform

@@ -44,6 +44,33 @@ void roundedRectangle(cairo_t* context, const Rect& rect, double radius) {
   cairo_close_path(context);
 }
 
+/// A rectangle with its upper and its lower corners rounded.
+void areaPath(cairo_t* context, const Rect& area, double topRadius, double bottomRadius) {
+  const double largest = std::max(0.0, std::min(area.width, area.height) / 2);
+  const double top = std::min(topRadius, largest);
+  const double bottom = std::min(bottomRadius, largest);
+  const double right = area.x + area.width;
+  const double base = area.y + area.height;
+  cairo_new_path(context);
+  cairo_arc(context, right - top, area.y + top, top, -quarterTurn, 0);
+  cairo_arc(context, right - bottom, base - bottom, bottom, 0, quarterTurn);
+  cairo_arc(context, area.x + bottom, base - bottom, bottom, quarterTurn, 2 * quarterTurn);
+  cairo_arc(context, area.x + top, area.y + top, top, 2 * quarterTurn, 3 * quarterTurn);
+  cairo_close_path(context);
+}
+
+/// Strokes diagonals over an area, which the context is clipped to.
+void hatch(cairo_t* context, const Rect& area, double lineWidth) {
+  constexpr double spacing = 3;  // in widths of the line
+  cairo_new_path(context);
+  for (double x = area.x - area.height; x < area.x + area.width; x += spacing * lineWidth) {
+    cairo_move_to(context, x, area.y + area.height);
+    cairo_line_to(context, x + area.height, area.y);
+  }
+  cairo_set_line_width(context, lineWidth);
+  cairo_stroke(context);
+}
+
 /// Draws what an item holds, in the context's colour.
 struct PaintContent {
   cairo_t* context;
@@ -82,6 +109,37 @@ struct PaintContent {
     const double height = std::max(item.frame.height, thinnest);
     cairo_rectangle(context, item.frame.x, item.frame.y, item.frame.width, height);
     cairo_fill(context);
+  }
+  void operator()(const RectangleItem& rectangle) const {
+    const auto& [fill, topRadius, bottomRadius, lineWidth] = rectangle.style;
+    const auto& frame = item.frame;
+    if (fill == Fill::solid) {
+      areaPath(context, frame, topRadius, bottomRadius);
+      cairo_fill(context);
+      return;
+    }
+    cairo_save(context);
+    areaPath(context, frame, topRadius, bottomRadius);
+    cairo_clip(context);
+    if (fill == Fill::hatched) hatch(context, frame, lineWidth);
+    areaPath(context, frame, topRadius, bottomRadius);
+    cairo_set_line_width(context, 2 * lineWidth);  // the outer half is cut off
+    cairo_stroke(context);
+    cairo_restore(context);
+  }
+  void operator()(const RuleItem& rule) const {
+    const auto& frame = item.frame;
+    const double y = frame.y + frame.height / 2;
+    const double dashes[] = {rule.dash, rule.dash / 2};
+    cairo_save(context);
+    if (rule.dash > 0) cairo_set_dash(context, dashes, 2, 0);
+    cairo_new_path(context);
+    cairo_move_to(context, frame.x, y);
+    cairo_line_to(context, frame.x + frame.width, y);
+    cairo_set_line_width(context, frame.height);
+    cairo_set_line_cap(context, CAIRO_LINE_CAP_BUTT);
+    cairo_stroke(context);
+    cairo_restore(context);
   }
   void operator()(const GradientItem& gradient) const {
     const auto& frame = item.frame;

@@ -60,6 +60,7 @@ struct Alignment {
   static const Alignment center;
   static const Alignment leading;
   static const Alignment topLeading;
+  static const Alignment trailing;
 };
 
 inline constexpr Alignment Alignment::center{};
@@ -67,6 +68,8 @@ inline constexpr Alignment Alignment::leading{HorizontalAlignment::leading,
                                               VerticalAlignment::center};
 inline constexpr Alignment Alignment::topLeading{HorizontalAlignment::leading,
                                                  VerticalAlignment::top};
+inline constexpr Alignment Alignment::trailing{HorizontalAlignment::trailing,
+                                               VerticalAlignment::center};
 
 enum class LineCap { butt, round };
 

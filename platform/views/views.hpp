@@ -11,6 +11,7 @@
 #include <typeindex>
 #include <vector>
 
+#include "platform/views/geometry.hpp"
 #include "platform/views/style.hpp"
 
 namespace platform {
@@ -92,6 +93,8 @@ class View {
   [[nodiscard]] View overlay(Color color) const;
   /// Makes the view one element for people who do not look, who hear this phrase.
   [[nodiscard]] View accessibilityLabel(std::string phrase) const;
+  /// Keeps the view from people who do not look: what it shows is said elsewhere.
+  [[nodiscard]] View accessibilityHidden() const;
 
   [[nodiscard]] const Node& node() const { return *node_; }
 
@@ -158,6 +161,35 @@ struct CircleStyle {
   double rotation = 0;  ///< clockwise, in turns
 };
 View circle(CircleStyle style);
+
+/// How an area is filled. Areas that differ in meaning differ in this, never in colour alone.
+enum class Fill { solid, hatched, outlined };
+
+/// A rectangle over all the room it is given.
+struct RectangleStyle {
+  Fill fill = Fill::solid;
+  double topRadius = 0;     ///< of both upper corners
+  double bottomRadius = 0;  ///< of both lower corners
+  double lineWidth = 1;     ///< of the outline, inside, and of the hatching
+};
+View rectangle(RectangleStyle style);
+
+/// A line from the leading to the trailing edge.
+struct RuleStyle {
+  double lineWidth = 1;
+  double dash = 0;  ///< length of the dashes and half of that of the gaps; 0 leaves the line whole
+};
+View rule(RuleStyle style);
+
+/// A view in a part of a plane, as fractions of the plane's width and height from its leading and
+/// upper edges; a part without a height or width is a point to stand at.
+struct Pinned {
+  Rect part;
+  Alignment alignment;
+  View view;
+};
+/// Views in their places, the first at the back. Takes all the room it is offered.
+View plane(std::vector<Pinned> children);
 
 /// Top to bottom, behind a widget's content.
 struct LinearGradient {

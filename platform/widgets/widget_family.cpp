@@ -26,6 +26,13 @@ std::string familyName(WidgetFamily family) {
   return "";
 }
 
+std::string familyShortName(WidgetFamily family) {
+  for (const auto& named : families) {
+    if (named.family == family) return std::string(named.shortName);
+  }
+  return "";
+}
+
 std::optional<WidgetFamily> familyFromName(std::string_view name) {
   for (const auto& named : families) {
     if (named.name == name || named.shortName == name) return named.family;

@@ -14,6 +14,9 @@ enum class WidgetFamily { systemSmall, systemMedium, systemLarge, systemExtraLar
 /// "systemSmall" and so on.
 std::string familyName(WidgetFamily family);
 
+/// "small" and so on.
+std::string familyShortName(WidgetFamily family);
+
 /// Reads "systemSmall" or its short form "small"; absent for any other text.
 std::optional<WidgetFamily> familyFromName(std::string_view name);
 

@@ -3,7 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
-#include <csignal>
+#include <algorithm>
 #include <cstdio>
 #include <future>
 #include <iostream>
@@ -11,14 +11,14 @@
 #include "platform/foundation/background_tasks.hpp"
 #include "platform/foundation/bundle.hpp"
 #include "platform/foundation/files.hpp"
+#include "platform/foundation/library_logs.hpp"
 #include "platform/foundation/localized_strings.hpp"
 #include "platform/foundation/standard_streams.hpp"
+#include "platform/foundation/text.hpp"
 
 namespace platform {
 
 namespace {
-
-constexpr int drawingThreads = 3;  // one of them for a thread that is just ending
 
 enum ExitStatus { answered = 0, cannotWrite = 1, wrongCall = 2 };
 
@@ -32,9 +32,8 @@ struct HostCall {
   std::string output;
 };
 
-int complain(ExitStatus status, std::string message) {
-  std::replace(message.begin(), message.end(), '\n', ' ');
-  std::cerr << mainBundleName << ": " << message << std::endl;
+int complain(ExitStatus status, const std::string& message) {
+  std::cerr << mainBundleName << ": " << oneLine(message) << std::endl;
   return status;
 }
 
@@ -128,8 +127,6 @@ int report(const WidgetConfiguration& widget, const HostCall& call) {
   const auto answer = ask(widget, call, family);
   Json list = Json::array();
   for (const auto& entry : answer.entries) {
-    // The text library ends the process when it cannot start its threads.
-    if (!canStartThreads(drawingThreads)) throw std::runtime_error("no thread can be started");
     const auto drawn = drawWidget(entry.view, family, call.scale);
     if (!call.output.empty() && list.empty())
       writeOutputFile(call.output, picture(drawn, *pictureFormat(call.output)));
@@ -145,8 +142,10 @@ int report(const WidgetConfiguration& widget, const HostCall& call) {
 }  // namespace
 
 void prepareWidgetProcess() {
+  static const std::string program(mainBundleName);
   occupyStandardStreams();
-  std::signal(SIGPIPE, SIG_IGN);  // a reader that went away is an error to report, not a death
+  surviveFailedWrites();
+  silenceLibraryLogs(program.c_str());
   loadStringTables();
 }
 

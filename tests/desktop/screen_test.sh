@@ -107,6 +107,6 @@ eventually shows "$work/small.png" 24 24
 kill "$server"
 wait "$host"
 check "it ends with its display" test $? = 1
-check "and leaves no process behind" no_child_left
+check "and leaves no process behind" eventually no_child_left
 check "nor a folder" test -z "$(find "$work" -maxdepth 2 -name 'velmora-desktop-??????')"
 finish_test

@@ -31,7 +31,7 @@ window_manager_runs() { xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep 
 pixel_settles() { local seen && seen=$(pixel 500 400) && sleep 0.2 && pixel_is 500 400 "$seen"; }
 
 start_openbox() { start_x11 openbox; }
-start_xfwm4() { start_x11 xfwm4 --compositor=on; }
+start_xfwm4() { bus_starts org.xfce.Xfconf; start_x11 xfwm4 --compositor=on; }
 start_metacity() { start_x11 metacity --composite; }
 
 listening() { find "$XDG_RUNTIME_DIR" -name "$1" -type s | grep -q .; }
@@ -66,9 +66,14 @@ no_cursor() {
   for name in default grabbing; do cp "$work/icons/default/cursors/left_ptr" "$work/icons/default/cursors/$name"; done
 }
 
-# The wallpaper is one pixel, which sway would blur towards the edges at a fraction.
+# `layout` is the size of all outputs together, unless there is one alone. The wallpaper is one
+# pixel, which sway would blur towards the edges at a fraction.
 start_sway() { # scale, width and height in device pixels, more lines of configuration
   scale=$1
+  if [[ $1 == *.* ]] && dpkg --compare-versions "$(dpkg-query -W -f '${Version}' sway)" ge 1.12; then
+    echo "skipped: this sway ends at fractions without a graphics device"
+    exit 77
+  fi
   screenshot() { grim "$1"; }
   own_runtime_folder
   no_cursor
@@ -81,7 +86,8 @@ start_sway() { # scale, width and height in device pixels, more lines of configu
   eventually listening 'sway-ipc*.sock' || { echo "no sway"; exit 1; }
   SWAYSOCK=$(find "$XDG_RUNTIME_DIR" -name 'sway-ipc*.sock')
   export SWAYSOCK
-  take_compositor "$(bc <<<"$2 / $1")" "$(bc <<<"$3 / $1")"
+  # shellcheck disable=SC2086
+  take_compositor ${layout:-$(bc <<<"$2 / $1") $(bc <<<"$3 / $1")}
   eventually pixel_is 500 400 7A8592 || { echo "no wallpaper"; exit 1; }
 }
 

@@ -43,6 +43,7 @@ Environment::Environment() {
   folder_ = mkdtemp(pattern.data());
   setenv("HOME", folder_.c_str(), 1);
   setenv("XDG_STATE_HOME", (folder_ / "state").c_str(), 1);
+  setenv("DBUS_SESSION_BUS_ADDRESS", ("unix:path=" + (folder_ / "no-bus").string()).c_str(), 1);
   setenv("SECRET_BACKEND", "file", 1);
   setenv("SECRET_FILE_TEST_PATH", keyringFile().c_str(), 1);
   setenv("SECRET_FILE_TEST_PASSWORD", "keyring password", 1);

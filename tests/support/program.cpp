@@ -9,8 +9,10 @@ namespace tests {
 
 ProgramRun run(const std::vector<std::string>& arguments) {
   using Text = platform::Owned<char, g_free>;
+  std::vector<std::string> bounded{"/usr/bin/timeout", "--kill-after=5", "60"};
+  bounded.insert(bounded.end(), arguments.begin(), arguments.end());
   std::vector<char*> words;
-  for (const auto& argument : arguments) words.push_back(const_cast<char*>(argument.c_str()));
+  for (const auto& argument : bounded) words.push_back(const_cast<char*>(argument.c_str()));
   words.push_back(nullptr);
   char* output = nullptr;
   char* errors = nullptr;

@@ -12,7 +12,8 @@ struct ProgramRun {
   std::string errors;
 };
 
-/// Runs a program to its end. An argument list for the shell: `{"/bin/sh", "-c", "..."}`.
+/// Runs a program to its end, or for a minute (status 124). An argument list for the shell:
+/// `{"/bin/sh", "-c", "..."}`.
 ProgramRun run(const std::vector<std::string>& arguments);
 
 }  // namespace tests

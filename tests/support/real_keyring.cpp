@@ -1,32 +1,21 @@
 #include "tests/support/real_keyring.hpp"
 
-#include <chrono>
 #include <csignal>
 #include <cstring>
 #include <ctime>
-#include <functional>
 #include <stdexcept>
-#include <thread>
+
+#include "tests/support/waiting.hpp"
 
 namespace tests {
 
 namespace fs = std::filesystem;
-using namespace std::chrono_literals;
 
 namespace {
 
 constexpr const char* service = "/org/freedesktop/secrets";
 constexpr const char* password = "keyring password";
 constexpr const char* internals = "org.gnome.keyring.InternalUnsupportedGuiltRiddenInterface";
-
-void waitFor(const char* what, const std::function<bool()>& happened) {
-  const auto deadline = std::chrono::steady_clock::now() + 10s;
-  while (!happened()) {
-    if (std::chrono::steady_clock::now() > deadline)
-      throw std::runtime_error(std::string("waited in vain for ") + what);
-    std::this_thread::sleep_for(20ms);
-  }
-}
 
 }  // namespace
 
@@ -63,7 +52,8 @@ RealKeyring::RealKeyring() : bus_(g_test_dbus_new(G_TEST_DBUS_NONE)) {
 
 RealKeyring::~RealKeyring() {
   if (daemon_) g_subprocess_force_exit(daemon_.get());
-  g_test_dbus_stop(bus_.get());  // "down" would wait for libsecret to let go of the bus
+  // To take it "down", which its end does as well, would be to wait for libsecret to let go of it.
+  g_test_dbus_stop(bus_.release());
   std::error_code ignored;
   fs::remove_all(home_, ignored);
 }
@@ -126,6 +116,10 @@ std::string RealKeyring::store(const std::string& account, const std::string& se
   const char* item = nullptr;
   g_variant_get(made.get(), "(&o&o)", &item, nullptr);
   return item;
+}
+
+void RealKeyring::remove(const std::string& item) {
+  call(item, "org.freedesktop.Secret.Item", "Delete", nullptr);
 }
 
 int RealKeyring::count(const std::string& account) {

@@ -32,6 +32,7 @@ class RealKeyring {
   /// Stores an item beside those that are there; returns its object path.
   std::string store(const std::string& account, const std::string& secret,
                     const std::string& keyring = login);
+  void remove(const std::string& item);
   /// How many items there are for an account, locked ones too.
   int count(const std::string& account);
   /// Gives an item another secret once the clock shows another second than the items there have:

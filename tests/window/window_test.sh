@@ -9,6 +9,7 @@ here=$(dirname "$0")
 . "$here/../desktop/screens.sh"
 language=$LANGUAGE
 own_surroundings
+bus_starts org.a11y.Bus org.gnome.keyring.SystemPrompter
 start_openbox
 export LANGUAGE=$language XDG_DATA_HOME=$work/data XDG_RUNTIME_DIR=$work/run WORK=$work BIN
 mkdir -m 700 "$XDG_RUNTIME_DIR"
@@ -17,6 +18,7 @@ mkdir -m 700 "$XDG_RUNTIME_DIR"
 mkdir -p "$work/root/bin" "$work/root/libexec/velmora" "$work/root/share/velmora-widget"
 cp "$window" "$work/root/libexec/velmora/velmora-window"
 ln -s "$BIN/../share/velmora-widget/locale" "$work/root/share/velmora-widget/locale"
+ln -s "$BIN/../share/icons" "$work/root/share/icons"
 cp "$BIN/velmora-desktop" "$work/root/bin"
 ln -s "$widget" "$work/root/bin/velmora-widget"
 

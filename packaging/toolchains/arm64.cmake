@@ -1,0 +1,11 @@
+# For 64-bit ARM on Debian, with the libraries of that architecture beside this machine's own.
+set(CMAKE_SYSTEM_NAME Linux)
+set(CMAKE_SYSTEM_PROCESSOR aarch64)
+set(CMAKE_C_COMPILER aarch64-linux-gnu-gcc)
+set(CMAKE_CXX_COMPILER aarch64-linux-gnu-g++)
+set(CMAKE_CROSSCOMPILING_EMULATOR qemu-aarch64)
+set(ENV{PKG_CONFIG_LIBDIR} /usr/lib/aarch64-linux-gnu/pkgconfig:/usr/share/pkgconfig)
+set(CPACK_DEBIAN_PACKAGE_ARCHITECTURE arm64)
+set(CPACK_OBJCOPY_EXECUTABLE aarch64-linux-gnu-objcopy)
+set(CPACK_OBJDUMP_EXECUTABLE aarch64-linux-gnu-objdump)
+set(CPACK_READELF_EXECUTABLE aarch64-linux-gnu-readelf)
