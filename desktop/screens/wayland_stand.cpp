@@ -44,19 +44,23 @@ void WaylandStand::settle(const WaylandOutput& output, const Placement& placemen
   size_ = sizeInPoints(shown.look.family);
   place_ = anchorage(placement, size_, *area);
   const SurfaceState widget{place_, size_, shown.buffer, shown.look.scale};
-  settleDrag(output, widget);
-  surface_.show(transparent_ ? SurfaceState{place_, size_, transparent_, {}} : widget);
-  if (!surface_.awaitsFrame()) landing_.reset();
-}
-
-void WaylandStand::settleDrag(const WaylandOutput& output, const SurfaceState& widget) {
-  if (drag_) drag_->moveShadow(display_, output, widget);
-  if (drag_ && drag_->isShadowClosed()) drag_.reset();
-  if (!drag_ || !drag_->isShadowSeen()) {
+  if (!showsDrag(output, widget)) {
     transparent_.reset();
   } else if (!transparent_) {
     transparent_ = makeTransparentBuffer(display_.sharedMemory());
   }
+  surface_.show(transparent_ ? SurfaceState{place_, size_, transparent_, {}} : widget);
+  if (!surface_.awaitsFrame()) landing_.reset();
+}
+
+bool WaylandStand::showsDrag(const WaylandOutput& output, const SurfaceState& widget) {
+  if (!drag_) return false;
+  drag_->moveShadow(display_, output, widget);
+  if (drag_->isShadowClosed()) {
+    drag_.reset();
+    return false;
+  }
+  return drag_->isShadowSeen();
 }
 
 }  // namespace desktop

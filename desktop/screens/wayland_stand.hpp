@@ -50,7 +50,8 @@ class WaylandStand {
   void settle(const WaylandOutput& output, const Placement& placement, const Shown& shown);
 
  private:
-  void settleDrag(const WaylandOutput& output, const SurfaceState& widget);
+  /// Whether the widget is seen under the pointer, and not in its place.
+  bool showsDrag(const WaylandOutput& output, const SurfaceState& widget);
 
   const WaylandDisplay& display_;
   std::uint32_t output_;
