@@ -51,6 +51,7 @@ class X11Screen : public Screen {
   bool replace_ = false;
   bool followWorkArea_ = false;
   bool recompose_ = false;
+  bool restand_ = false;
   bool lost_ = false;
   std::unique_ptr<EventSource> source_;
 };
@@ -64,6 +65,7 @@ X11Screen::X11Screen(ScreenEvents events, const Placement& placement)
   scale_ = sessionScale(*display_);
   widget_.setScale(scale_);
   widget_.setComposited(isComposited());
+  widget_.setStanding(wantedStanding(*display_));
   auto* connection = display_->connection();
   source_ = std::make_unique<EventSource>(
       xcb_get_file_descriptor(connection),
@@ -166,6 +168,7 @@ void X11Screen::handle(const xcb_generic_event_t& event) {
 void X11Screen::handleProperty(xcb_atom_t atom) {
   const auto is = [&](std::string_view name) { return atom == display_->atom(name); };
   if (is("_XSETTINGS_SETTINGS") || is("RESOURCE_MANAGER")) rescale_ = true;
+  if (is("_NET_SUPPORTING_WM_CHECK")) restand_ = true;
   if (is("_NET_WORKAREA") || is("_NET_CURRENT_DESKTOP") || is("_GTK_WORKAREAS_D0"))
     followWorkArea_ = true;
 }
@@ -196,6 +199,7 @@ void X11Screen::act() {
   const bool changed = std::exchange(scale_, scale) != scale;
   widget_.setScale(scale);
   if (std::exchange(recompose_, false)) widget_.setComposited(isComposited());
+  if (std::exchange(restand_, false)) widget_.setStanding(wantedStanding(*display_));
   widget_.settle();
   if (std::exchange(followWorkArea_, false)) follow();
   if (std::exchange(replace_, false)) place(placement_);

@@ -21,7 +21,7 @@ void X11Widget::show(cairo_surface_t* picture, Point position) {
 
 void X11Widget::open() {
   floor_.noteTry();
-  window_ = std::make_unique<X11Window>(display_, visual_);
+  window_ = std::make_unique<X11Window>(display_, visual_, standing_);
   pointer_ = std::make_unique<X11Pointer>(*display_, *window_, actions_);
   hasAppeared_ = isInDoubt_ = false;
   window_->show(*picture_, place_);
@@ -45,6 +45,12 @@ void X11Widget::moveTo(Point position) {
 void X11Widget::setComposited(bool composited) {
   isComposited_ = composited;
   if (window_) shape();
+}
+
+void X11Widget::setStanding(Standing standing) {
+  if (std::exchange(standing_, standing) == standing || !window_) return;
+  pointer_.reset();
+  open();
 }
 
 void X11Widget::handle(const xcb_generic_event_t& event) {

@@ -21,6 +21,8 @@ class X11Widget {
   void moveTo(Point position);
   /// With a compositor it is transparent, else cut to the picture's shape.
   void setComposited(bool composited);
+  /// How the window is to ask for its place; it is opened anew for another way.
+  void setStanding(Standing standing);
   /// Device pixels per point, which tell a click from a drag.
   void setScale(Scale scale) { scale_ = scale; }
   [[nodiscard]] Extent size() const { return picture_ ? picture_->size() : Extent{}; }
@@ -42,6 +44,7 @@ class X11Widget {
   PointerActions actions_;
   X11Visual visual_;
   Scale scale_;
+  Standing standing_ = Standing::dock;
   bool isComposited_ = false;
   Point place_;
   std::unique_ptr<X11Picture> picture_;

@@ -22,9 +22,11 @@ std::uint32_t length(const std::string& text) { return static_cast<std::uint32_t
 
 }  // namespace
 
-X11Window::X11Window(std::shared_ptr<const X11Display> display, const X11Visual& visual)
+X11Window::X11Window(std::shared_ptr<const X11Display> display, const X11Visual& visual,
+                     Standing standing)
     : display_(std::move(display)), window_(xcb_generate_id(display_->connection())) {
   create(visual);
+  setStanding(standing);
   setHints();
   setNames();
 }
@@ -47,9 +49,6 @@ void X11Window::create(const X11Visual& visual) {
 void X11Window::setHints() const {
   auto* connection = display_->connection();
   auto* hints = display_->hints();
-  // Not the type of the desktop's own window, which covers all of its kind when it is clicked. It
-  // reserves no edge of the screen.
-  xcb_ewmh_set_wm_window_type(hints, window_, 1, &hints->_NET_WM_WINDOW_TYPE_DOCK);
   std::array states{hints->_NET_WM_STATE_BELOW, hints->_NET_WM_STATE_SKIP_TASKBAR,
                     hints->_NET_WM_STATE_SKIP_PAGER, hints->_NET_WM_STATE_STICKY};
   xcb_ewmh_set_wm_state(hints, window_, states.size(), states.data());
@@ -64,9 +63,21 @@ void X11Window::setHints() const {
   const auto motif = display_->atom("_MOTIF_WM_HINTS");
   xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window_, motif, motif, 32,
                       undecorated.size(), undecorated.data());
-  xcb_icccm_wm_hints_t keyboard{};
-  xcb_icccm_wm_hints_set_input(&keyboard, 1);
-  xcb_icccm_set_wm_hints(connection, window_, &keyboard);
+}
+
+/// Never the type of the desktop's own window, which covers all of its kind when it is clicked.
+void X11Window::setStanding(Standing standing) {
+  auto* hints = display_->hints();
+  xcb_icccm_wm_hints_t keyboardAndGroup{};
+  xcb_icccm_wm_hints_set_input(&keyboardAndGroup, 1);
+  auto* type = &hints->_NET_WM_WINDOW_TYPE_DOCK;
+  if (standing == Standing::groupmate) {
+    mate_ = std::make_unique<X11DesktopMate>(display_);
+    xcb_icccm_wm_hints_set_window_group(&keyboardAndGroup, mate_->group());
+    type = &hints->_NET_WM_WINDOW_TYPE_UTILITY;
+  }
+  xcb_ewmh_set_wm_window_type(hints, window_, 1, type);
+  xcb_icccm_set_wm_hints(display_->connection(), window_, &keyboardAndGroup);
 }
 
 void X11Window::setNames() const {

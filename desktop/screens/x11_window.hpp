@@ -3,13 +3,14 @@
 #include <memory>
 
 #include "desktop/screens/x11_picture.hpp"
+#include "desktop/screens/x11_standing.hpp"
 
 namespace desktop {
 
 /// A window below all others, with a picture as its background; the X server repaints it.
 class X11Window {
  public:
-  X11Window(std::shared_ptr<const X11Display> display, const X11Visual& visual);
+  X11Window(std::shared_ptr<const X11Display> display, const X11Visual& visual, Standing standing);
   ~X11Window();
   X11Window(const X11Window&) = delete;
   X11Window& operator=(const X11Window&) = delete;
@@ -37,10 +38,12 @@ class X11Window {
   void create(const X11Visual& visual);
   void setHints() const;
   void setNames() const;
+  void setStanding(Standing standing);
   void fixSize() const;
 
   std::shared_ptr<const X11Display> display_;
   xcb_window_t window_;
+  std::unique_ptr<X11DesktopMate> mate_;
   Extent size_{1, 1};
 };
 

@@ -10,6 +10,9 @@ namespace platform {
 /// tasks handle their own errors.
 void startBackgroundTask(std::function<void()> task);
 
+/// Whether the system has so many threads left right now. They are gone again when this returns.
+bool canStartThreads(int count);
+
 /// Waits until no task is left. A program calls it before it leaves main.
 void drainBackgroundTasks();
 

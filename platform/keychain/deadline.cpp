@@ -1,9 +1,12 @@
 #include "platform/keychain/deadline.hpp"
 
+#include <atomic>
 #include <condition_variable>
 #include <mutex>
 #include <system_error>
 #include <thread>
+
+#include "platform/foundation/background_tasks.hpp"
 
 namespace platform {
 
@@ -35,9 +38,18 @@ void carryOut(const std::shared_ptr<Call>& call) {
   turn().changed.notify_all();
 }
 
+/// GLib starts threads of its own for the first operation, and ends the process when it cannot.
+bool hasThreadsForGLib() {
+  constexpr int needed = 4;
+  static std::atomic<bool> had = false;
+  if (!had) had = canStartThreads(needed);
+  return had;
+}
+
 /// Returns whether there was a thread for it. One that is just ending, the last operation's
 /// perhaps, still counts for the system's limit.
 bool start(const std::shared_ptr<Call>& call) {
+  if (!hasThreadsForGLib()) return false;
   constexpr int mostTries = 50;
   constexpr std::chrono::milliseconds pause{2};
   for (int i = 0; i < mostTries; ++i) {
