@@ -26,13 +26,13 @@ constexpr std::size_t largestClientFile = 256U << 10U;
 std::string pickAnother(const std::string& problem) {
   return problem + " " +
          localizedString(
-             "Pick the JSON file that the Google Cloud console offers for an OAuth client of kind "
-             "\"Desktop app\".");
+             "Pick the JSON file that the Google Cloud console offers for an OAuth client of the "
+             "type \"Desktop app\".");
 }
 
-std::string incomplete(const platform::JsonDecodingError& error) {
-  return pickAnother(
-      localizedFormat("This is no complete client file (%s).", {std::string(error.what())}));
+ClientFileError incomplete(const platform::JsonDecodingError& error) {
+  return {pickAnother(localizedString("This is no complete client file.")),
+          platform::oneLine(error.what())};
 }
 
 std::string requiredText(const JsonDecoder& client, const char* key) {
@@ -110,7 +110,7 @@ Client parseClientFile(std::string_view text) {
       throw ClientFileError(SignInError(SignInError::Case::noLoopbackAddress).what());
     return client;
   } catch (const platform::JsonDecodingError& error) {
-    throw ClientFileError(incomplete(error));
+    throw incomplete(error);
   }
 }
 
@@ -129,7 +129,8 @@ ClientInForce requireClient() {
   try {
     return {decodeClient(JsonDecoder(resource->bytes)), resource->file};
   } catch (const platform::JsonDecodingError& error) {
-    throw SignInError(Case::unusableClientFile, resource->file.string() + ": " + incomplete(error));
+    throw SignInError(Case::unusableClientFile,
+                      resource->file.string() + ": " + incomplete(error).what());
   }
 }
 

@@ -19,15 +19,23 @@ struct Client {
   std::vector<std::string> redirectURIs;
 };
 
-/// A file that cannot serve as client file; `what()` says why and what to pick instead, in the
-/// user's language.
+/// A file that cannot serve as client file. `what()` has the advice and the detail.
 class ClientFileError : public std::exception {
  public:
-  explicit ClientFileError(std::string description) : description_(std::move(description)) {}
+  /// Why, and what to pick instead, in the user's language; and the technical text, if there is
+  /// one.
+  ClientFileError(std::string advice, std::string detail = "")
+      : advice_(std::move(advice)),
+        detail_(std::move(detail)),
+        description_(detail_.empty() ? advice_ : advice_ + " (" + detail_ + ")") {}
 
+  [[nodiscard]] const std::string& advice() const { return advice_; }
+  [[nodiscard]] const std::string& detail() const { return detail_; }
   [[nodiscard]] const char* what() const noexcept override { return description_.c_str(); }
 
  private:
+  std::string advice_;
+  std::string detail_;
   std::string description_;
 };
 

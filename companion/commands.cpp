@@ -75,7 +75,7 @@ int signOutCommand() {
       outcome.isWithdrawn
           ? ""
           : platform::localizedString(
-                "The provider could not be told. To withdraw the permission there too, remove "
+                "Google could not be told. To withdraw the permission there too, remove "
                 "Velmora from the third-party access of your Google Account.");
   if (outcome.left) return complain({outcome.left->what(), withdrawal});
   if (!outcome.isWithdrawn) complain({withdrawal});

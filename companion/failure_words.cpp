@@ -13,19 +13,17 @@ namespace {
 FailureWords wordsForService(FailureKind kind) {
   switch (kind) {
     case FailureKind::serviceProblem:
-      return {localizedString("Google has a problem"),
-              localizedString("It will pass by itself. The last figures stay until then.")};
+      return {localizedString("Google has a problem"), localizedString("It will pass by itself.")};
     case FailureKind::tooManyRequests:
       return {localizedString("Google asks for a pause"),
-              localizedString("There were too many requests. New figures come by themselves; the "
-                              "last ones stay until then.")};
+              localizedString("There were too many requests. New figures come by themselves.")};
     case FailureKind::foreignPage:
       return {localizedString("The network answers in Google’s place"),
               localizedString("It may want you to sign in to it first: open any page in your "
                               "browser, do what it asks, then try again.")};
     case FailureKind::noNetwork:
       return {localizedString("Google cannot be reached"),
-              localizedString("Google could not be reached. Check the network, then try again.")};
+              localizedString("Check the network, then try again.")};
     case FailureKind::noAnswer:
       return {localizedString("Google does not answer"),
               localizedString("There is a connection, but no answer came. That usually passes; try "
@@ -43,7 +41,7 @@ FailureWords wordsFor(FailureKind kind) {
   switch (kind) {
     case FailureKind::signInEnded:
       return {localizedString("Google ended the sign-in"),
-              localizedString("Sign in again to get new figures. The last ones stay until then.")};
+              localizedString("Sign in again to get new figures.")};
     case FailureKind::clientRefused:
       return {localizedString("Google does not accept the client file"),
               localizedString("Its client was deleted or changed at Google. Choose another client "

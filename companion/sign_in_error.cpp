@@ -22,8 +22,8 @@ std::string clientText(Case kind, const std::string& detail) {
       return detail;
     case Case::noLoopbackAddress:
       return localizedString(
-          "The client is of kind \"web\" and has no redirect address on this machine. Create one "
-          "of kind \"Desktop app\", or add an address such as http://127.0.0.1:8642 to it.");
+          "The client is for a web site and has no redirect address on this machine. Create one "
+          "of the type \"Desktop app\", or add an address such as http://127.0.0.1:8642 to it.");
     case Case::portTaken:
       return localizedFormat(
           "Port %s of this machine cannot be had for the answer of the browser. Close the program "
@@ -83,18 +83,16 @@ std::string providerText(Case kind, const std::string& detail) {
       return localizedString(
           "Permission was denied in the browser. To see your figures, sign in again and allow it.");
     case Case::refused:
-      return localizedFormat("The provider refused (%s). Sign in again.", {detail});
+      return localizedFormat("Google refused (%s). Sign in again.", {detail});
     case Case::unavailable:
       return localizedFormat(
-          "The provider cannot answer at the moment (%s). Wait a while, then sign in again.",
-          {detail});
+          "Google cannot answer at the moment (%s). Wait a while, then sign in again.", {detail});
     case Case::unreachable:
       return localizedFormat(
-          "The provider gave no usable answer (%s). Look at the network, then sign in again.",
-          {detail});
+          "Google gave no usable answer (%s). Look at the network, then sign in again.", {detail});
     case Case::noRefreshToken:
       return localizedString(
-          "The provider gave no lasting permission. Remove Velmora from the third-party access of "
+          "Google gave no lasting permission. Remove Velmora from the third-party access of "
           "your Google Account, then sign in again.");
     case Case::noPermission:
       return localizedString(

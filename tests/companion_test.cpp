@@ -78,7 +78,7 @@ TEST(Authorization, addressAndRedirect) {
                                "code=x&code=y&state=s", "state=s", "code=x&state=s%00"})
     EXPECT_FALSE(readRedirect(stranger, request)) << stranger;
   EXPECT_STREQ(SignInError(SignInError::Case::refused, "a\n\x1b[31mb").what(),
-               "The provider refused (a  [31mb). Sign in again.");
+               "Google refused (a  [31mb). Sign in again.");
 }
 
 TEST_F(Companion, aClientFileIsTakenOverWholeOrNotAtAll) {

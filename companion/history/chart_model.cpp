@@ -118,7 +118,7 @@ ChartModel chartModel(const History& history, const velmora::Objectives& goals,
                    .goal = usableGoal(goals, period)};
   if (model.goal) model.goalAmount = shortAmount(*model.goal, model.currency);
   model.caption = localizedString(
-      "Days are AdSense's own, in the time zone of your account. The widget counts days in UTC.");
+      "Days are AdSense’s own, in the time zone of your account. The widget counts days in UTC.");
   if (model.bars.empty()) return model;
   nameBars(model);
   describeBars(model);

@@ -22,8 +22,9 @@ row > box.header.folding { padding: 6px 0; }
 .dropzone:drop(active) { box-shadow: inset 0 0 0 3px @accent_color; }
 .ring { color: mix(@warning_color, #e5a50a, 0.6); }
 .ring.reached { color: @success_color; }
-.notice image { color: @warning_color; }
-.details { padding: 2px 8px; margin-left: -8px; font-weight: normal; }
+.notice .sign { color: @warning_color; }
+.details { padding: 2px 8px; margin-left: -8px; }
+.details label { font-weight: normal; }
 .tile { padding: 14px 16px; }
 .footnote { margin: 8px 12px 0; }
 .chart { border-radius: 12px; }

@@ -8,6 +8,9 @@ using platform::localizedString;
 
 namespace {
 
+constexpr const char* folded = "pan-end-symbolic";
+constexpr const char* unfolded = "pan-down-symbolic";
+
 GtkWidget* copyButton(GtkWidget* label) {
   GtkWidget* button = gtk_button_new_from_icon_name("edit-copy-symbolic");
   gtk_widget_set_valign(button, GTK_ALIGN_START);
@@ -22,13 +25,21 @@ GtkWidget* copyButton(GtkWidget* label) {
 
 /// Shows the text, and hides it again.
 GtkWidget* foldingButton(GtkWidget* text) {
-  GtkWidget* button = textButton(localizedString("_Details"), [] {});
+  GtkWidget* content = adw_button_content_new();
+  const auto label = localizedString("_Details");
+  adw_button_content_set_label(ADW_BUTTON_CONTENT(content), label.c_str());
+  adw_button_content_set_use_underline(ADW_BUTTON_CONTENT(content), TRUE);
+  adw_button_content_set_icon_name(ADW_BUTTON_CONTENT(content), folded);
+  GtkWidget* button = gtk_button_new();
+  gtk_button_set_child(GTK_BUTTON(button), content);
+  setAccessibleLabel(button, withoutMnemonic(label));
   gtk_widget_set_halign(button, GTK_ALIGN_START);
   gtk_widget_add_css_class(button, "flat");
   gtk_widget_add_css_class(button, "details");
-  connect(button, "clicked", [button, text] {
+  connect(button, "clicked", [button, content, text] {
     const gboolean isShown = !gtk_widget_get_visible(text);
     gtk_widget_set_visible(text, isShown);
+    adw_button_content_set_icon_name(ADW_BUTTON_CONTENT(content), isShown ? unfolded : folded);
     gtk_accessible_update_state(GTK_ACCESSIBLE(button), GTK_ACCESSIBLE_STATE_EXPANDED, isShown, -1);
   });
   return button;

@@ -54,11 +54,12 @@ void FiguresGroups::show(const Row& row, const Figure& figure) {
 
 void FiguresGroups::update(const State& state) {
   const auto* figures = figuresOf(state);
+  for (auto* group : groups_)
+    gtk_widget_set_visible(GTK_WIDGET(group), figures == nullptr ? FALSE : TRUE);
+  if (figures == nullptr) return;
   std::size_t next = 0;
-  const auto& shown = figures == nullptr ? velmora::VelmoraSnapshot::sample() : *figures;
-  for (const auto& group : figureGroups(shown))
-    for (const auto& figure : group.figures)
-      show(rows_[next++], figures == nullptr ? Figure{.value = "—"} : figure);
+  for (const auto& group : figureGroups(*figures))
+    for (const auto& figure : group.figures) show(rows_[next++], figure);
 }
 
 }  // namespace companion::window

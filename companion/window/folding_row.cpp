@@ -38,6 +38,7 @@ FoldingRow::FoldingRow(GtkWidget* sign, const std::string& title, GtkWidget* end
   gtk_widget_add_css_class(header, "header");
   gtk_widget_add_css_class(header, "folding");
   if (sign != nullptr) {
+    gtk_widget_add_css_class(sign, "sign");
     gtk_widget_set_valign(sign, GTK_ALIGN_CENTER);
     gtk_box_append(GTK_BOX(header), sign);
   }

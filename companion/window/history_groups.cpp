@@ -84,7 +84,8 @@ void HistoryGroups::redraw() {
   chart_.show(model_);
   showFigures();
   fillTable();
-  gtk_widget_set_visible(table_, !model_.bars.empty());
+  for (auto* group : groups())
+    gtk_widget_set_visible(GTK_WIDGET(group), model_.bars.empty() ? FALSE : TRUE);
   gtk_label_set_text(GTK_LABEL(caption_), model_.caption.c_str());
 }
 

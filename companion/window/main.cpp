@@ -56,7 +56,10 @@ int main(int argumentCount, char** arguments) {
   g_set_prgname(identifier);
   g_set_application_name("Velmora");
   if (gtk_init_check() == FALSE) {
-    g_printerr("velmora: no display can be opened; see \"velmora --help\" for the terminal\n");
+    g_printerr("velmora: %s\n",
+               platform::localizedString(
+                   "No display can be opened; see \"velmora --help\" for what the terminal offers.")
+                   .c_str());
     return 1;
   }
   Program program;

@@ -9,11 +9,11 @@
 
 namespace companion::window {
 
+using platform::localizedFormat;
 using platform::localizedString;
 
-NewsGroup::NewsGroup()
-    : group_(preferencesGroup(localizedString("News"),
-                              localizedString("What the widget tells you in a notification."))) {
+NewsGroup::NewsGroup() : group_(preferencesGroup(localizedString("News"), "")) {
+  describe("");
   for (const auto& kind : news::kinds()) {
     rows_.push_back({kind.id, kind.explanation,
                      std::make_unique<SwitchRow>(
@@ -35,19 +35,29 @@ void NewsGroup::update() {
             });
 }
 
-/// Stored at once; a switch that could not be stored goes back.
+/// Stored at once; a switch that could not be stored goes back, and the group says why.
 void NewsGroup::choose(const std::string& kind, bool isOn) {
+  auto problem = std::make_shared<std::string>();
   runBeside(
-      [kind, isOn] {
+      [kind, isOn, problem] {
         try {
           news::storeChoices({{kind, isOn}});
-        } catch (const platform::FileError&) {
-          return;
+        } catch (const platform::FileError& error) {
+          *problem = localizedFormat("This choice could not be stored: %s", {error.what()});
         }
       },
-      [this, life = std::weak_ptr<bool>(life_), hold = std::make_shared<ApplicationHold>()] {
-        if (!life.expired()) update();
+      [this, problem, life = std::weak_ptr<bool>(life_),
+       hold = std::make_shared<ApplicationHold>()] {
+        if (life.expired()) return;
+        describe(*problem);
+        update();
       });
+}
+
+void NewsGroup::describe(const std::string& problem) const {
+  const auto text =
+      problem.empty() ? localizedString("What the widget tells you in a notification.") : problem;
+  adw_preferences_group_set_description(group_, escaped(text).c_str());
 }
 
 }  // namespace companion::window

@@ -23,6 +23,8 @@ class NewsGroup {
 
  private:
   void choose(const std::string& kind, bool isOn);
+  /// What the choices are for, or why the last one was not kept.
+  void describe(const std::string& problem) const;
   void show(const std::map<std::string, bool>& choices);
 
   struct Row {

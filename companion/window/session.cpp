@@ -44,8 +44,21 @@ Notice noticeForSignOut(const SignInError& error) {
           .canBeClosed = true};
 }
 
-Notice noticeForFile(const std::string& problem) {
-  return {.title = localizedString("This file cannot be used"), .advice = problem};
+Notice noticeForFile(const std::string& advice, const std::string& details = "") {
+  return {
+      .title = localizedString("This file cannot be used"), .advice = advice, .details = details};
+}
+
+/// Absent when the file was taken over.
+std::optional<Notice> problemOfTaking(const std::string& file) {
+  try {
+    companion::takeOverClientFile(file);
+    return std::nullopt;
+  } catch (const ClientFileError& error) {
+    return noticeForFile(error.advice(), error.detail());
+  } catch (const std::exception& error) {
+    return noticeForFile(error.what());
+  }
 }
 
 }  // namespace
@@ -129,23 +142,15 @@ void Session::unlockKeyring() {
 }
 
 void Session::takeOverClientFile(const std::string& file) {
-  auto problem = std::make_shared<std::string>();
-  runBeside(
-      [file, problem] {
-        try {
-          companion::takeOverClientFile(file);
-        } catch (const std::exception& error) {
-          *problem = error.what();
-        }
-      },
-      [this, problem, hold = std::make_shared<ApplicationHold>()] {
-        state_.clientFileProblem.reset();
-        if (!problem->empty()) state_.clientFileProblem = noticeForFile(*problem);
-        if (problem->empty() && state_.failure) state_.triedAt.reset();
-        dismissFailure();
-        if (problem->empty()) load();
-        changed();
-      });
+  auto problem = std::make_shared<std::optional<Notice>>();
+  runBeside([file, problem] { *problem = problemOfTaking(file); },
+            [this, problem, hold = std::make_shared<ApplicationHold>()] {
+              state_.clientFileProblem = *problem;
+              if (!*problem && state_.failure) state_.triedAt.reset();
+              dismissFailure();
+              if (!*problem) load();
+              changed();
+            });
 }
 
 void Session::signIn() {

@@ -67,13 +67,15 @@ void SignInPage::update(const State& state) {
 }
 
 SignInFailedPage::SignInFailedPage(Session& session)
-    : session_(session), help_(adw_bin_new()), details_(Details::make()) {
-  GtkWidget* again =
-      pill(textButton(localizedString("_Try Again"), [&session] { session.signIn(); }), false);
+    : session_(session),
+      help_(adw_bin_new()),
+      again_(
+          pill(textButton(localizedString("_Try Again"), [&session] { session.signIn(); }), false)),
+      details_(Details::make()) {
   GtkWidget* back =
       pill(textButton(localizedString("_Back"), [&session] { session.dismissFailure(); }), false);
   page_ = statusPage("dialog-warning-symbolic", localizedString("Not Signed In"),
-                     {help_, again, back, details_.widget()});
+                     {help_, again_, back, details_.widget()});
 }
 
 void SignInFailedPage::update(const State& state) {
@@ -83,6 +85,7 @@ void SignInFailedPage::update(const State& state) {
   setStatusDescription(page_, failure.advice);
   details_.setText(failure.details);
   const bool isOther = failure.remedy != Remedy::tryAgain && failure.remedy != Remedy::signIn;
+  (isOther ? gtk_widget_remove_css_class : gtk_widget_add_css_class)(again_, "suggested-action");
   adw_bin_set_child(ADW_BIN(help_), nullptr);
   gtk_widget_set_visible(help_, isOther ? TRUE : FALSE);
   if (isOther)

@@ -36,6 +36,7 @@ class SignInFailedPage {
  private:
   Session& session_;
   GtkWidget* help_;
+  GtkWidget* again_;
   Details details_;
   GtkWidget* page_;
 };

@@ -360,6 +360,17 @@ def by_keyboard(sandbox):
     check('and nobody was signed out', lambda: stored('google.refresh_token'), 0)
 
 
+def closing_in_other_ways():
+    """By the window manager, and at the end of the session."""
+    for amount, close_it in ('33', lambda: keys('alt+F4')), ('34', lambda: window.terminate()):
+        window = start()
+        check('the overview is shown', is_signed_in)
+        type_goal('For each day', amount)
+        close_it()
+        ends('closing the window ends it', window)
+        check('what was typed is stored', lambda: '"daily":' + amount in stored('objectives'))
+
+
 def without_a_store():
     """The state folder is none: figures are shown, though not kept, and not asked for again."""
     os.rename(work + '/state', work + '/state-away')
@@ -465,6 +476,7 @@ def main():
     close(window)
     cancel()
     by_keyboard(sandbox)
+    closing_in_other_ways()
     without_a_store()
     without_programs()
     locked_keyring()
