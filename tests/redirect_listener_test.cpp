@@ -121,7 +121,7 @@ TEST_F(Listening, answersFromTheHeadAndKeepsNoBody) {
   const std::pair<const char*, const char*> heads[] = {
       {"POST /back?right", "405"}, {"GET /elsewhere", "404"}, {"GET /back?right", "413"}};
   const std::string block(1U << 20U, 'x');
-  const auto before = residentKilobytes();
+  [[maybe_unused]] const auto before = residentKilobytes();
   for (const auto& [line, status] : heads) {
     for (const char* length : {"Content-Length: 400000000", "Transfer-Encoding: chunked"}) {
       const auto connection = connectTo(listener_.port());
@@ -136,7 +136,9 @@ TEST_F(Listening, answersFromTheHeadAndKeepsNoBody) {
       }
     }
   }
+#ifndef __SANITIZE_ADDRESS__  // which keeps what was freed
   EXPECT_LT(residentKilobytes() - before, 20'000);
+#endif
   EXPECT_EQ(asked_, 0);
 }
 

@@ -88,8 +88,9 @@ void StandInCompositor::run(const std::function<void()>& work) {
 }
 
 void StandInCompositor::offer(const std::string& global, int version) {
-  auto* kind = new Made{this, offered().at(global)};  // as long as the test
-  globals_[global] = wl_global_create(display_, kind->kind, version, kind, bind);
+  const auto kind = std::make_shared<Made>(Made{this, offered().at(global)});
+  kinds_.push_back(kind);
+  globals_[global] = wl_global_create(display_, kind->kind, version, kind.get(), bind);
 }
 
 void StandInCompositor::withdraw(const std::string& global) {

@@ -7,6 +7,7 @@
 #include <functional>
 #include <list>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -95,6 +96,7 @@ class StandInCompositor {
   void serve();
 
   wl_display* display_;
+  std::vector<std::shared_ptr<void>> kinds_;  // of the globals that were ever offered
   std::map<std::string, wl_global*> globals_;
   std::map<wl_resource*, desktop::Extent> buffers_;
   std::mutex mutex_;
