@@ -2,9 +2,9 @@
 
 #include "desktop/complain.hpp"
 #include "desktop/hidden_amounts.hpp"
-#include "desktop/memory.hpp"
 #include "desktop/open_companion.hpp"
 #include "platform/foundation/files.hpp"
+#include "platform/foundation/memory.hpp"
 
 namespace desktop {
 
@@ -24,7 +24,7 @@ Asking::Events Host::askingEvents() {
     answered(std::move(result), look);
   };
   events.timelineAnswered = [this](const WidgetAnswer& answer) { news_.ask(answer.isConnected); };
-  events.rests = giveBackMemory;  // half an hour of waiting may follow
+  events.rests = platform::giveBackMemory;  // half an hour of waiting may follow
   return events;
 }
 

@@ -6,7 +6,7 @@ BIN=build/demo/bin
 . tests/desktop/screens.sh
 unset DISPLAY WAYLAND_DISPLAY
 rm -f out/velmora-*.png
-check "it prints a refresh" grep -q '"isConnected":true' <<<"$(timeout 600 script/demo)"
+check "it prints a refresh" grep -q '"isConnected":true' <<<"$(timeout 1500 script/demo)"
 check "and leaves pictures" identify out/velmora-{small,medium,large}.png
 own_surroundings
 start_openbox

@@ -6,6 +6,7 @@
 #include "companion/window/shortcuts.hpp"
 #include "companion/window/window_size.hpp"
 #include "platform/foundation/localized_strings.hpp"
+#include "platform/foundation/memory.hpp"
 
 namespace companion::window {
 
@@ -252,6 +253,8 @@ void MainWindow::update() {
   gtk_stack_set_visible_child_name(stack_, nameOf(page));
   hideOthers(GTK_WIDGET(stack_), gtk_stack_get_visible_child(stack_));
   if (isOther) focusPage(page);
+  constexpr std::chrono::seconds untilItRests{3};
+  rest_.start(untilItRests, platform::giveBackMemory);
 }
 
 void MainWindow::focusPage(Page page) {

@@ -7,6 +7,7 @@
 #include "companion/window/overview_page.hpp"
 #include "companion/window/session.hpp"
 #include "companion/window/sign_in_page.hpp"
+#include "companion/window/timer.hpp"
 #include "companion/window/waiting_pages.hpp"
 #include "companion/window/welcome_page.hpp"
 
@@ -59,6 +60,7 @@ class MainWindow {
   std::optional<SignInFailedPage> failed_;
   std::unique_ptr<DesktopHost> host_;
   std::optional<OverviewPage> overview_;
+  Timer rest_;  // after a change, until memory is given back
 };
 
 }  // namespace companion::window
