@@ -84,6 +84,14 @@ stop_host() { # signal
   status=$?
 }
 
+# The context switches of a process, by the threads that are there all the time; those of a pool end
+# while it rests.
+switches() { awk '/^Pid/ {id = $2} /ctxt_switches/ {print id, $2}' /proc/"$1"/task/*/status; }
+added() { # before after
+  awk 'NR == FNR {before[$1] += $2; next} $1 in before {sum += $2; seen[$1]}
+       END {for (id in seen) sum -= before[id]; print sum + 0}' <(echo "$1") <(echo "$2")
+}
+
 no_child_left() { ! pgrep -f "$work/[a-zA-Z/-]+ (snapshot|timeline) " >/dev/null; }
 
 # Whether the screen shows a picture at a place in points. The rounded corners are left out.
